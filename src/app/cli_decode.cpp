@@ -1,0 +1,59 @@
+#include "app/cli_decode.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <fstream>
+#include <iterator>
+
+#include "core/fault.h"
+#include "export/zrv_file.h"
+#include "signal/packet.h"
+
+namespace zorvik {
+
+std::string readFileBytes(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  if (!in) throw Fault("cannot read file: " + path);
+  std::string bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+  if (in.bad()) throw Fault("cannot read file: " + path);
+  return bytes;
+}
+
+int runDecodeCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream&) {
+  if (args.size() != 1) throw Fault("usage: zorvik-cli decode FILE");
+  std::string bytes = readFileBytes(args[0]);
+  QJsonObject o;
+  std::string packet = bytes;
+  if (auto zrv = parseZrv(bytes)) {
+    packet = zrv->packet;
+    o["format"] = "zrv";
+    if (zrv->samplesPerDiv) o["samples_per_div"] = *zrv->samplesPerDiv;
+  } else {
+    o["format"] = "packet";
+  }
+  PacketInfo info = decodePacket(packet);
+  o["length"] = static_cast<qint64>(info.length);
+  o["ignored"] = info.ignored;
+  if (!info.ignored) {
+    o["segments"] = info.segments;
+    o["master"] = static_cast<qint64>(info.master);
+    o["triggered"] = info.triggered;
+    o["hw_ris"] = info.hwRis;
+    QJsonArray words, modes;
+    for (int n = 0; n < info.segments; ++n) {
+      words.append(static_cast<qint64>(info.segmentWords[n]));
+      modes.append(static_cast<qint64>(segmentMode(info.segmentWords[n])));
+    }
+    o["segment_words"] = words;
+    o["segment_modes"] = modes;
+    o["sample_count"] = info.sampleCount;
+    o["is_hires"] = info.isHiRes;
+    o["is_peak"] = info.isPeak;
+    o["one_char_sample"] = info.oneCharSample;
+  }
+  out << QJsonDocument(o).toJson(QJsonDocument::Compact).toStdString() << "\n";
+  return 0;
+}
+
+}  // namespace zorvik

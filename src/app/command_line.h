@@ -1,0 +1,24 @@
+#pragma once
+#include <string>
+#include <vector>
+
+namespace zorvik {
+
+// What zorvik and zorvik-cli session take from their command line.
+struct CommandLine {
+  std::vector<std::string> words;       // "first", "reset" and any other plain word
+  std::vector<std::string> simOptions;  // each --sim value, applied in order
+  std::vector<std::string> sets;        // --set SECTION/NAME=VALUE
+  bool dev = false;
+};
+
+// Throws Fault for an unknown option or one missing its value.
+CommandLine parseCommandLine(const std::vector<std::string>& args);
+
+// SECTION/NAME=VALUE split at the first '/' and the first '=' after it; Fault when malformed.
+struct SettingAssignment {
+  std::string section, name, value;
+};
+SettingAssignment parseSettingAssignment(const std::string& text);
+
+}  // namespace zorvik

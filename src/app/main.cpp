@@ -1,0 +1,57 @@
+// zorvik: the oscilloscope window.
+#include <QApplication>
+#include <QMessageBox>
+#include <iostream>
+#include <memory>
+
+#include "app/command_line.h"
+#include "app/mainwin.h"
+#include "config/cpu_speed.h"
+#include "config/registry.h"
+#include "config/registry_settings.h"
+#include "config/registry_store.h"
+#include "config/settings.h"
+#include "core/fault.h"
+#include "link/instance_lock.h"
+#include "sim/sim_config.h"
+#include "sim/simulated_obex.h"
+
+int main(int argc, char** argv) {
+  QApplication app(argc, argv);
+  std::vector<std::string> args(argv + 1, argv + argc);
+  zorvik::CommandLine commandLine;
+  zorvik::SimConfig simConfig;
+  try {
+    commandLine = zorvik::parseCommandLine(args);
+    for (const auto& o : commandLine.simOptions) zorvik::applySimOptions(simConfig, o);
+  } catch (const std::exception& e) {
+    std::cerr << "zorvik: " << e.what() << "\n";
+    QMessageBox::critical(nullptr, "Zorvik", QString::fromStdString(e.what()));
+    return 2;
+  }
+
+  zorvik::InstanceLock lock(commandLine.words);
+  zorvik::InstanceIdentity identity = zorvik::makeIdentity(lock.instance());
+
+  // The settings store; when it can't be opened the program runs on defaults and leaves the file alone.
+  std::unique_ptr<zorvik::RegistryStore> store;
+  std::unique_ptr<zorvik::SettingsStore> settings;
+  try {
+    store = std::make_unique<zorvik::RegistryStore>(zorvik::RegistryStore::defaultPath());
+    zorvik::MigrateLegacySettings(*store, identity.SettingsName);
+    if (zorvik::hasWord(commandLine.words, "reset")) zorvik::ResetSettings(*store, identity.SettingsName);
+    settings = std::make_unique<zorvik::RegistrySettings>(*store, identity.SettingsName);
+  } catch (const std::exception& e) {
+    QMessageBox::critical(nullptr, QString::fromStdString(identity.InstanceTitle),
+                          QString("The settings store can't be used; running on defaults.\n%1").arg(e.what()));
+    store.reset();
+    settings = std::make_unique<zorvik::MemorySettings>();
+  }
+
+  // No device library exists on this platform: the simulated instrument stands behind the link.
+  auto link = std::make_unique<zorvik::SimulatedObex>(simConfig);
+  zorvik::mainwin window(*settings, identity, std::move(link), commandLine);
+  window.setRegistry(store.get(), zorvik::CpuMHz());
+  window.show();
+  return app.exec();
+}

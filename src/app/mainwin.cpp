@@ -1,0 +1,192 @@
+#include "app/mainwin.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QMenuBar>
+#include <QScreen>
+#include <QStatusBar>
+#include <QVBoxLayout>
+
+#include "app/device_page.h"
+#include "app/trace_placeholder.h"
+#include "link/class_obex.h"
+
+namespace zorvik {
+
+namespace {
+QString q(const std::string& s) { return QString::fromLatin1(s.data(), static_cast<qsizetype>(s.size())); }
+
+QString colorStyle(uint32_t bgr) {
+  QColor c(bgr & 0xFF, (bgr >> 8) & 0xFF, (bgr >> 16) & 0xFF);
+  return QString("color: %1; background: transparent; font-weight: bold;").arg(c.name());
+}
+}  // namespace
+
+mainwin::mainwin(SettingsStore& settings, const InstanceIdentity& identity, std::unique_ptr<ClassOBEX> link,
+                 const CommandLine& commandLine)
+    : settings_(settings), sink_(settings, identity.InstanceTitle), link_(std::move(link)) {
+  setObjectName("mainwin");
+  sink_.setOwner(this);
+  main_ = std::make_unique<MainController>(settings_, sink_, static_cast<MainView&>(*this));
+  main_->setIdentity(identity);
+  control_ = std::make_unique<BasicControl>(*main_);
+  main_->setHooks(control_.get());
+  main_->attachLink(link_.get());
+  main_->devMode = commandLine.dev;
+
+  buildMenus();
+  buildPanel();
+  devicePage_ = new DevicePage(this);
+  placeWindow();
+  stateChanged();
+}
+
+mainwin::~mainwin() {
+  main_->attachLink(nullptr);
+  main_->setHooks(nullptr);
+}
+
+void mainwin::buildMenus() {
+  QMenu* linkMenu = menuBar()->addMenu("&Link");
+  LinkControl = linkMenu->addAction("Connect", [this] { main_->KeyConnect_Click(); });
+  LinkControl->setObjectName("LinkControl");
+  QAction* setup = linkMenu->addAction("Port setup", [this] { main_->LinkSetup_Click(); });
+  setup->setObjectName("LinkSetup");
+  linkMenu->addSeparator();
+  QAction* exitAction = linkMenu->addAction("Exit", [this] { close(); });
+  exitAction->setObjectName("Exit");
+
+  buildRegistryMenu();
+  registryMenu_->setEnabled(false);
+
+  QMenu* device = menuBar()->addMenu("&Device");
+  device->setObjectName("DeviceInternals");
+  device->addAction("Version", [this] {
+    devicePage_->refresh(main_->state());
+    devicePage_->show();
+    devicePage_->raise();
+  });
+}
+
+void mainwin::buildPanel() {
+  auto* central = new QWidget(this);
+  auto* row = new QHBoxLayout(central);
+  display_ = new TracePlaceholder(central);
+  row->addWidget(display_, 1);
+
+  // Status texts stand over the top of the trace, as on the instrument.
+  ModeTransparant = new QLabel("Ready", display_);
+  ModeTransparant->setObjectName("ModeTransparant");
+  ModeTransparant->move(8, 6);
+  RISmodeTransparant = new QLabel("RIS", display_);
+  RISmodeTransparant->setObjectName("RISmodeTransparant");
+  RISmodeTransparant->setStyleSheet(colorStyle(0x00FFFF));
+  RISmodeTransparant->move(90, 6);
+  NoTriggerTransparant = new QLabel("NO TRIGGER!", display_);
+  NoTriggerTransparant->setObjectName("NoTriggerTransparant");
+  NoTriggerTransparant->setStyleSheet(colorStyle(0x0000FF));
+  NoTriggerTransparant->move(150, 6);
+
+  auto* panel = new QVBoxLayout;
+  KeyConnect = new QPushButton("Connect");
+  KeyConnect->setObjectName("KeyConnect");
+  connect(KeyConnect, &QPushButton::clicked, this, [this] { main_->KeyConnect_Click(); });
+  KeyStart = new QPushButton("Start");
+  KeyStart->setObjectName("KeyStart");
+  connect(KeyStart, &QPushButton::clicked, this, [this] { KeyStart_Click(); });
+  WorkMode = new QCheckBox("Serial");
+  WorkMode->setObjectName("WorkMode");
+  WorkMode->setToolTip("Repeat acquisitions one after the other");
+  connect(WorkMode, &QCheckBox::clicked, this, [this] { WorkMode_Click(); });
+  panel->addWidget(KeyConnect);
+  panel->addWidget(KeyStart);
+  panel->addWidget(WorkMode);
+  panel->addStretch(1);
+  row->addLayout(panel);
+  setCentralWidget(central);
+
+  FPSlabel = new QLabel;
+  FPSlabel->setObjectName("FPSlabel");
+  sessionLabel_ = new QLabel;
+  statusBar()->addWidget(sessionLabel_);
+  statusBar()->addPermanentWidget(FPSlabel);
+}
+
+void mainwin::placeWindow() {
+  resize(sizeHint().expandedTo(QSize(800, 600)));
+  QRect screen = QGuiApplication::primaryScreen() ? QGuiApplication::primaryScreen()->availableGeometry()
+                                                  : QRect(0, 0, 1024, 768);
+  int left = settings_.getInt("Startup Position", "ZorvikWin Left", (screen.width() - width()) / 2);
+  int top = settings_.getInt("Startup Position", "ZorvikWin Top", (screen.height() - height()) / 2);
+  // Pulled back onto the screen, a margin short of its right and bottom edges.
+  left = std::max(0, std::min(left, screen.width() - 67));
+  top = std::max(0, std::min(top, screen.height() - 67));
+  move(left, top);
+}
+
+void mainwin::stateChanged() {
+  if (!KeyConnect) return;  // the core speaks before the panel is built
+  const MainState& s = main_->state();
+  setWindowTitle(q(s.caption));
+  KeyConnect->setText(q(s.connectCaption));
+  LinkControl->setText(q(s.connectCaption));
+  KeyConnect->setVisible(s.connectVisible);
+  KeyStart->setEnabled(s.startEnabled);
+  WorkMode->setEnabled(s.startEnabled);
+  ModeTransparant->setText(q(s.modeText));
+  ModeTransparant->setStyleSheet(colorStyle(s.modeColor));
+  ModeTransparant->adjustSize();
+  NoTriggerTransparant->setVisible(s.noTriggerVisible);
+  RISmodeTransparant->setText(q(s.risCaption));
+  RISmodeTransparant->setVisible(s.risVisible);
+  FPSlabel->setText(s.fps > 0 ? QString("%1 fps").arg(s.fps) : QString());
+  sessionLabel_->setText(QString("Session: %1").arg(sessionStateName(main_->sessionState())));
+  if (devicePage_) {
+    devicePage_->refresh(s);
+    if (s.devicePageVisible && isVisible() && !devicePage_->isVisible()) devicePage_->show();
+    if (!s.devicePageVisible && devicePage_->isVisible()) devicePage_->hide();
+  }
+}
+
+void mainwin::clearDisplay() { display_->clear(); }
+
+void mainwin::packetShown(const std::string& packet) { display_->showPacket(packet); }
+
+void mainwin::KeyStart_Click() {
+  if (!main_->Online()) return;
+  main_->setModeText("Started");
+  main_->link()->SendCommand("D", true, true);
+}
+
+void mainwin::WorkMode_Click() {
+  if (!main_->Online()) return;
+  if (WorkMode->isChecked()) {
+    main_->setModeText("Started");
+    main_->link()->SetRepeatCommand(true, "D", true);
+  } else {
+    main_->stopRepeat();
+  }
+}
+
+void mainwin::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_T && main_->devMode) {
+    main_->PlotSpeedTest();
+    return;
+  }
+  QMainWindow::keyPressEvent(event);
+}
+
+void mainwin::closeEvent(QCloseEvent* event) {
+  if (!main_->requestClose()) {
+    event->ignore();
+    return;
+  }
+  if (devicePage_) devicePage_->close();
+  settings_.saveInt("Startup Position", "ZorvikWin Left", x());
+  settings_.saveInt("Startup Position", "ZorvikWin Top", y());
+  event->accept();
+}
+
+}  // namespace zorvik

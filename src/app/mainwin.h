@@ -1,0 +1,91 @@
+#pragma once
+#include <QAction>
+#include <QCheckBox>
+#include <QLabel>
+#include <QMainWindow>
+#include <QMenu>
+#include <QPushButton>
+#include <memory>
+
+#include "app/command_line.h"
+#include "config/settings.h"
+#include "control/basic_control.h"
+#include "link/main_controller.h"
+#include "ui/qt_message_sink.h"
+
+namespace zorvik {
+
+class DevicePage;
+class RegistryStore;
+class TracePlaceholder;
+class ClassOBEX;
+
+// The main window: binds the front panel and the read-outs to the core and forwards the user's actions.
+class mainwin : public QMainWindow, private MainView {
+  Q_OBJECT
+ public:
+  // The link is created by the caller where the device library would be loaded.
+  mainwin(SettingsStore& settings, const InstanceIdentity& identity, std::unique_ptr<ClassOBEX> link,
+          const CommandLine& commandLine);
+  ~mainwin() override;
+
+  MainController& core() { return *main_; }
+  // The store behind the settings (null when running on defaults) for the Registry menu.
+  void setRegistry(RegistryStore* store, int cpuMHz);
+  QtMessageSink& messages() { return sink_; }
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+
+ private:
+  // MainView.
+  void stateChanged() override;
+  bool isWindowVisible() const override { return isVisible(); }
+  void clearDisplay() override;
+  void packetShown(const std::string& packet) override;
+
+  void buildMenus();
+  void buildRegistryMenu();
+  void settingClick(int index);
+  const std::string& settingsName() const;
+  // Runs a user's action; a fault becomes a box and the program goes on.
+  template <typename F>
+  void guarded(F&& action);
+  void buildPanel();
+  void placeWindow();
+  void KeyStart_Click();
+  void WorkMode_Click();
+
+  SettingsStore& settings_;
+  RegistryStore* store_ = nullptr;
+  int cpuMHz_ = 200;
+  QMenu* registryMenu_ = nullptr;
+  QtMessageSink sink_;
+  std::unique_ptr<ClassOBEX> link_;
+  std::unique_ptr<MainController> main_;
+  std::unique_ptr<BasicControl> control_;
+
+  TracePlaceholder* display_ = nullptr;
+  DevicePage* devicePage_ = nullptr;
+  QPushButton* KeyConnect = nullptr;
+  QPushButton* KeyStart = nullptr;
+  QCheckBox* WorkMode = nullptr;
+  QAction* LinkControl = nullptr;
+  QLabel* ModeTransparant = nullptr;
+  QLabel* NoTriggerTransparant = nullptr;
+  QLabel* RISmodeTransparant = nullptr;
+  QLabel* FPSlabel = nullptr;
+  QLabel* sessionLabel_ = nullptr;
+};
+
+template <typename F>
+void mainwin::guarded(F&& action) {
+  try {
+    action();
+  } catch (const std::exception& e) {
+    sink_.show(BoxKind::Critical, main_->identity().InstanceTitle, e.what(), "");
+  }
+}
+
+}  // namespace zorvik

@@ -1,0 +1,89 @@
+#include "link/headless_session.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QThread>
+
+#include "sim/sim_config.h"
+
+namespace zorvik {
+
+HeadlessSession::HeadlessSession(SettingsStore& settings, const std::vector<std::string>& simOptions) {
+  SimConfig config;
+  for (const auto& o : simOptions) applySimOptions(config, o);
+  sim_ = std::make_unique<SimulatedObex>(config);
+  recorder_ = std::make_unique<RecordingObex>(*sim_);
+  main_ = std::make_unique<MainController>(settings, sink_, static_cast<MainView&>(*this));
+  control_ = std::make_unique<BasicControl>(*main_);
+  main_->setHooks(control_.get());
+  main_->attachLink(recorder_.get());
+}
+
+HeadlessSession::~HeadlessSession() {
+  main_->attachLink(nullptr);
+  main_->setHooks(nullptr);
+}
+
+bool HeadlessSession::spinUntil(const std::function<bool()>& done, int timeoutMs) {
+  QElapsedTimer t;
+  t.start();
+  while (!done()) {
+    if (t.elapsed() > timeoutMs) return false;
+    QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
+    QThread::msleep(1);
+  }
+  return true;
+}
+
+void HeadlessSession::packetShown(const std::string&) {
+  if (wanted_ > 0 && main_->PacketCount() >= wanted_) recorder_->SetRepeatCommand(false, "", false);
+}
+
+SessionResult HeadlessSession::run(const SessionOptions& options) {
+  SessionResult r;
+  const int timeoutMs = static_cast<int>(options.timeoutSeconds * 1000);
+  QElapsedTimer clock;
+  clock.start();
+  auto left = [&] { return std::max<int>(0, timeoutMs - static_cast<int>(clock.elapsed())); };
+
+  main_->KeyConnect_Click();
+  r.readyReached = spinUntil(
+      [&] {
+        return main_->sessionState() == SessionState::Ready || main_->sessionState() == SessionState::NoSession;
+      },
+      left());
+  r.readyReached = r.readyReached && main_->sessionState() == SessionState::Ready;
+  if (!r.readyReached) {
+    r.error = "the session did not reach Ready (state " + std::string(sessionStateName(main_->sessionState())) + ")";
+  } else {
+    main_->setPacketCount(0);
+    auto arrived = [&] { return main_->PacketCount() >= options.packets || !main_->Online(); };
+    if (options.single) {
+      for (int i = 0; i < options.packets && main_->Online(); ++i) {
+        int before = main_->PacketCount();
+        main_->setModeText("Started");
+        recorder_->SendCommand("D", true, true);
+        spinUntil([&] { return main_->PacketCount() > before || !main_->Online(); }, left());
+      }
+    } else {
+      main_->setModeText("Started");
+      wanted_ = options.packets;
+      recorder_->SetRepeatCommand(true, "D", true);
+      spinUntil(arrived, left());
+      recorder_->SetRepeatCommand(false, "", false);
+      wanted_ = 0;
+    }
+    r.packets = main_->PacketCount();
+    if (r.packets < options.packets)
+      r.error = "only " + std::to_string(r.packets) + " of " + std::to_string(options.packets) + " packets arrived";
+  }
+  r.device = main_->cache();
+  r.statusText = main_->state().modeText;
+  if (main_->Online()) {
+    recorder_->CloseSession();
+    spinUntil([&] { return main_->state().connectVisible; }, 3000);
+  }
+  return r;
+}
+
+}  // namespace zorvik

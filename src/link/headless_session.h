@@ -1,0 +1,59 @@
+#pragma once
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "config/settings.h"
+#include "control/basic_control.h"
+#include "link/main_controller.h"
+#include "link/recording_obex.h"
+#include "sim/simulated_obex.h"
+#include "ui/recording_sink.h"
+
+namespace zorvik {
+
+struct SessionOptions {
+  std::vector<std::string> simOptions;
+  int packets = 1;
+  bool single = false;  // N presses of Start instead of a serial acquisition
+  double timeoutSeconds = 10;
+};
+
+struct SessionResult {
+  bool readyReached = false;
+  int packets = 0;
+  std::string error;  // empty on success
+  // The device as the session knew it before the disconnect cleared the session's caches.
+  DeviceCache device;
+  std::string statusText;
+};
+
+// The program without widgets against the simulated instrument: start-up, connect, acquisitions,
+// disconnect. Every box is recorded; the window counts as visible.
+class HeadlessSession : private MainView {
+ public:
+  HeadlessSession(SettingsStore& settings, const std::vector<std::string>& simOptions);
+  ~HeadlessSession() override;
+
+  SessionResult run(const SessionOptions& options);
+
+  MainController& main() { return *main_; }
+  RecordingObex& link() { return *recorder_; }
+  RecordingSink& messages() { return sink_; }
+  SimulatedObex& sim() { return *sim_; }
+  // Runs the event loop until the predicate holds or the time is up.
+  static bool spinUntil(const std::function<bool()>& done, int timeoutMs);
+
+ private:
+  // Stops a serial run inside the packet's own event, so that no more than asked for arrive.
+  void packetShown(const std::string& packet) override;
+
+  int wanted_ = 0;
+  RecordingSink sink_{kAnswerNo};
+  std::unique_ptr<SimulatedObex> sim_;
+  std::unique_ptr<RecordingObex> recorder_;
+  std::unique_ptr<MainController> main_;
+  std::unique_ptr<BasicControl> control_;
+};
+
+}  // namespace zorvik

@@ -1,0 +1,268 @@
+#include "sim/simulated_obex.h"
+
+#include <QTimer>
+#include <algorithm>
+#include <cmath>
+
+namespace zorvik {
+
+namespace {
+
+constexpr char kBootMessage[] = "BOOT";
+constexpr char kUnknownHeader[] = "XQZ";
+
+QTimer* makeTimer(QObject& parent, bool singleShot) {
+  auto* timer = new QTimer(&parent);
+  timer->setSingleShot(singleShot);
+  timer->setTimerType(Qt::PreciseTimer);
+  return timer;
+}
+
+}  // namespace
+
+SimulatedObex::SimulatedObex(SimConfig config)
+    : config_(std::move(config)),
+      device_(config_),
+      generator_(config_),
+      builder_(generator_),
+      acquisitionTimer_(makeTimer(context(), true)),
+      searchTimer_(makeTimer(context(), true)),
+      periodicTimer_(makeTimer(context(), false)) {
+  QObject::connect(acquisitionTimer_, &QTimer::timeout, &context(), [this] { acquire(); });
+  QObject::connect(searchTimer_, &QTimer::timeout, &context(), [this] {
+    session_ = Session::Closed;
+    post([](ObexEvents& e) { e.ObexLinkDLL1_NoZorvikFoundEvent(); });
+  });
+  QObject::connect(periodicTimer_, &QTimer::timeout, &context(), [this] {
+    if (repeating()) calibrate();
+  });
+}
+
+// The timers belong to the base's context object, which outlives this part of the object: stop
+// them first so that none can fire into a half-destroyed link.
+SimulatedObex::~SimulatedObex() {
+  acquisitionTimer_->stop();
+  searchTimer_->stop();
+  periodicTimer_->stop();
+}
+
+void SimulatedObex::queueState(std::function<void()> change) {
+  const uint64_t generation = sessionGeneration_;
+  QMetaObject::invokeMethod(
+      &context(),
+      [this, generation, change = std::move(change)] {
+        if (generation == sessionGeneration_) change();
+      },
+      Qt::QueuedConnection);
+}
+
+void SimulatedObex::OpenSession(bool& ok) {
+  if (config_.faults.noPort) {
+    ok = false;
+    return;
+  }
+  ok = true;
+  if (session_ != Session::Closed) return;  // already open or on the way
+  ++sessionGeneration_;
+  sessionPackets_ = 0;
+  if (config_.faults.noDevice) {
+    session_ = Session::Searching;
+    searchTimer_->start(kSearchMs);
+    return;
+  }
+  if (config_.faults.boot) {
+    // Only the loader answers: the session stands for a firmware load and nothing else.
+    session_ = Session::Boot;
+    queueState([this] { online_ = true; });
+    post([](ObexEvents& e) { e.ObexLinkDLL1_StartSessionMsgEvent(kBootMessage); });
+    return;
+  }
+  session_ = Session::Starting;
+  post([message = device_.modelCode() + " ready"](ObexEvents& e) {
+    e.ObexLinkDLL1_StartSessionMsgEvent(message);
+  });
+  queueState([this] {
+    session_ = Session::Open;
+    online_ = true;
+  });
+  post([](ObexEvents& e) { e.ObexLinkDLL1_StartSessionEvent(); });
+  if (config_.faults.badHeader) {
+    post([](ObexEvents& e) { e.ObexLinkDLL1_HeaderEvent(kUnknownHeader, std::string(1, '\0'), false); });
+  }
+}
+
+void SimulatedObex::CloseSession() {
+  if (session_ == Session::Closed) return;
+  if (session_ == Session::Searching) {
+    // No session stood, so there is none to end.
+    searchTimer_->stop();
+    ++sessionGeneration_;
+    session_ = Session::Closed;
+    return;
+  }
+  endSession();
+}
+
+void SimulatedObex::endSession() {
+  ++sessionGeneration_;
+  session_ = Session::Closed;
+  online_ = false;
+  repeat_ = false;
+  held_ = false;
+  singles_ = 0;
+  calibrationDue_ = false;
+  acquisitionTimer_->stop();
+  periodicTimer_->stop();
+  post([](ObexEvents& e) { e.ObexLinkDLL1_EndSessionEvent(); });
+}
+
+void SimulatedObex::SendFirmwareSector(const std::string& name, const std::string& data, bool,
+                                       bool) {
+  if ((session_ != Session::Open && session_ != Session::Boot) || name != "W") return;
+  // The answer names the sector by its first byte; a sector with no data is refused.
+  std::string answer = data.size() >= 2 ? "O" : "E";
+  answer += data.empty() ? '\0' : data[0];
+  post([answer](ObexEvents& e) { e.ObexLinkDLL1_HeaderEvent("W", answer, false); });
+}
+
+void SimulatedObex::SendCommand(const std::string& name, bool, bool) {
+  if (name == "F" && (session_ == Session::Open || session_ == Session::Boot)) {
+    post([identity = device_.identity()](ObexEvents& e) {
+      e.ObexLinkDLL1_HeaderEvent("F", identity, false);
+    });
+    return;
+  }
+  if (session_ != Session::Open) return;
+  if (name == "D") {
+    if (repeating()) return;  // the repetition delivers anyway
+    ++singles_;
+    scheduleAcquisition();
+  } else if (name == "C") {
+    calibrate();
+  }
+}
+
+void SimulatedObex::SetRepeatCommand(bool enable, const std::string& name, bool) {
+  if (enable) {
+    if (session_ != Session::Open || name != "D") return;
+    repeat_ = true;
+    held_ = false;
+    scheduleAcquisition();
+    return;
+  }
+  repeat_ = false;
+  held_ = false;
+  if (!acquisitionWanted()) acquisitionTimer_->stop();
+}
+
+void SimulatedObex::SetPeriodicCommand(bool enable, const std::string& name, int32_t periodMs) {
+  if (!enable || name != "C" || periodMs <= 0) {
+    periodicTimer_->stop();
+    return;
+  }
+  periodicTimer_->start(periodMs);
+}
+
+void SimulatedObex::StopRepeat(bool resume) {
+  held_ = !resume;
+  if (held_) {
+    if (!acquisitionWanted()) acquisitionTimer_->stop();
+  } else {
+    scheduleAcquisition();
+  }
+}
+
+void SimulatedObex::GetRegister(const std::string& name) {
+  if (session_ != Session::Open) return;
+  if (std::optional<std::string> bytes = device_.registerBytes(name)) {
+    post([name, value = std::move(*bytes)](ObexEvents& e) { e.ObexLinkDLL1_HeaderEvent(name, value, false); });
+  }
+}
+
+void SimulatedObex::GetProperty(const std::string& name) {
+  if (session_ != Session::Open) return;
+  if (std::optional<std::string> bytes = device_.propertyBytes(name)) {
+    post([name, value = std::move(*bytes)](ObexEvents& e) { e.ObexLinkDLL1_HeaderEvent(name, value, false); });
+  }
+}
+
+void SimulatedObex::PutRegister1(const std::string& name, uint8_t value) { write(name, value); }
+
+void SimulatedObex::PutRegister2(const std::string& name, int32_t value) {
+  write(name, static_cast<uint32_t>(value) & 0xFFFFu);
+}
+
+void SimulatedObex::PutRegister4(const std::string& name, int32_t value) {
+  write(name, static_cast<uint32_t>(value));
+}
+
+void SimulatedObex::write(const std::string& name, uint32_t bits) {
+  if (session_ != Session::Open || !device_.write(name, bits)) return;
+  // The echo carries what the device made of the value, which need not be what was written.
+  GetRegister(name);
+}
+
+void SimulatedObex::ResendLast() {
+  if (session_ != Session::Open || !hasLastPacket_) return;
+  post([packet = lastPacket_, parallel = parallel_](ObexEvents& e) {
+    e.ObexLinkDLL1_HeaderEvent("D", packet, parallel);
+  });
+}
+
+void SimulatedObex::calibrate() {
+  if (acquisitionTimer_->isActive()) {
+    acquisitionTimer_->start(std::max(0, acquisitionTimer_->remainingTime()) + kCalibrationMs);
+  } else {
+    calibrationDue_ = true;
+  }
+}
+
+void SimulatedObex::scheduleAcquisition() {
+  if (!acquisitionWanted() || acquisitionTimer_->isActive()) return;
+  int delay = config_.pacingMs();
+  if (calibrationDue_) {
+    delay += kCalibrationMs;
+    calibrationDue_ = false;
+  }
+  acquisitionTimer_->start(delay);
+}
+
+void SimulatedObex::acquire() {
+  if (!acquisitionWanted()) return;
+  if (!repeating()) --singles_;
+
+  const std::string& packet = builder_.build(device_.setup(), deviceTime_);
+  // The device rests between acquisitions for a pacing interval that varies a little, so that
+  // an untriggered trace lands at a new phase each time, as it would on the bench.
+  const double pause = (config_.pacingMs() > 0 ? config_.pacingMs() / 1000.0 : 0.001) *
+                       (0.5 + generator_.random().uniform());
+  deviceTime_ = std::fmod(builder_.endTime() + pause, generator_.period());
+  if (!std::isfinite(deviceTime_) || deviceTime_ < 0) deviceTime_ = 0;
+
+  ++packetsSent_;
+  ++sessionPackets_;
+  if (!packet.empty()) {
+    lastPacket_ = packet;
+    hasLastPacket_ = true;
+    if (parallel_) {
+      // In parallel transfer the packet also streams in pieces while it is taken.
+      for (size_t pos = 0; pos < packet.size(); pos += kRollChunk) {
+        const int32_t total = pos == 0 ? static_cast<int32_t>(packet.size()) : 0;
+        post([chunk = packet.substr(pos, kRollChunk), total](ObexEvents& e) {
+          e.ObexLinkDLL1_rollevent(chunk, total);
+        });
+      }
+    }
+  }
+  post([packet = std::string(packet), parallel = parallel_](ObexEvents& e) {
+    e.ObexLinkDLL1_HeaderEvent("D", packet, parallel);
+  });
+
+  if (config_.faults.lostAfter && sessionPackets_ >= *config_.faults.lostAfter) {
+    endSession();
+    return;
+  }
+  scheduleAcquisition();
+}
+
+}  // namespace zorvik

@@ -1,0 +1,104 @@
+#include "ui/qt_message_sink.h"
+
+#include <QCheckBox>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTimer>
+
+namespace zorvik {
+
+namespace {
+QString q(const std::string& s) { return QString::fromLatin1(s.data(), static_cast<qsizetype>(s.size())); }
+}  // namespace
+
+QtMessageSink::QtMessageSink(SettingsStore& settings, std::string instanceTitle)
+    : settings_(settings), instanceTitle_(std::move(instanceTitle)) {}
+
+int QtMessageSink::show(BoxKind kind, const std::string& title, const std::string& text, const std::string& key) {
+  switch (kind) {
+    case BoxKind::Information:
+      QMessageBox::information(owner_, q(title), q(text));
+      return 0;
+    case BoxKind::Critical:
+      QMessageBox::critical(owner_, q(title), q(text));
+      return 0;
+    case BoxKind::Question:
+      return QMessageBox::question(owner_, q(title), q(text)) == QMessageBox::Yes ? kAnswerYes : kAnswerNo;
+    case BoxKind::OkCancel: {
+      auto b = QMessageBox::question(owner_, q(title), q(text), QMessageBox::Ok | QMessageBox::Cancel);
+      return b == QMessageBox::Ok ? kAnswerOk : kAnswerCancel;
+    }
+    case BoxKind::InfoBox:
+      infoBox(text, key);
+      return 0;
+    case BoxKind::QuestBox: return questBox(text, key, false);
+    case BoxKind::QuestBox3: return questBox(text, key, true);
+  }
+  return 0;
+}
+
+void QtMessageSink::infoBox(const std::string& text, const std::string& key) {
+  bool keyed = !key.empty() && key != instanceTitle_;
+  if (keyed && settings_.getBool("HideInfoWin", key, false)) return;
+  auto* box = new QMessageBox(QMessageBox::Information, q(instanceTitle_), q(text), QMessageBox::NoButton, owner_);
+  box->setAttribute(Qt::WA_DeleteOnClose);
+  box->setModal(false);
+  QPushButton* ok = box->addButton("OK=11", QMessageBox::AcceptRole);
+  if (key != instanceTitle_) {
+    auto* check = new QCheckBox("Don't show again");
+    check->setToolTip("To not show this mesage in the future");
+    box->setCheckBox(check);
+    QObject::connect(check, &QCheckBox::toggled, box, [this, key](bool on) {
+      if (on && !key.empty()) settings_.saveBool("HideInfoWin", key, true);
+    });
+  }
+  // Counts down and closes by itself, so that a box never holds up the bench.
+  auto* timer = new QTimer(box);
+  auto counter = std::make_shared<int>(11);
+  QObject::connect(timer, &QTimer::timeout, box, [box, ok, counter] {
+    if (--*counter <= 0) {
+      box->close();
+      return;
+    }
+    ok->setText(QString("OK=%1").arg(*counter));
+  });
+  timer->start(1000);
+  box->show();
+}
+
+int QtMessageSink::questBox(const std::string& text, const std::string& key, bool withNever) {
+  if (!key.empty()) {
+    int stored = settings_.getInt("HideQuestWin", key, 0);
+    if (withNever && stored == kAnswerNo) return kAnswerNo;
+    if (stored == kAnswerYes) return kAnswerYes;
+  }
+  QMessageBox box(QMessageBox::Question, q(instanceTitle_), q(text), QMessageBox::NoButton, owner_);
+  QPushButton* yes = box.addButton("Yes", QMessageBox::YesRole);
+  yes->setToolTip("To answer just now");
+  QPushButton* always = box.addButton("Always", QMessageBox::YesRole);
+  always->setToolTip("To answer \"Yes\" also in the future");
+  QPushButton* no = box.addButton("No", QMessageBox::NoRole);
+  no->setToolTip("To answer just now");
+  QPushButton* never = nullptr;
+  if (withNever) {
+    never = box.addButton("Never", QMessageBox::NoRole);
+    never->setToolTip("To answer \"No\" also in the future");
+  }
+  // Nobody answering within 20 s counts as no answer.
+  QTimer::singleShot(20000, &box, [&box] { box.done(0); });
+  box.exec();
+  QAbstractButton* clicked = box.clickedButton();
+  if (clicked == yes) return kAnswerYes;
+  if (clicked == always) {
+    if (!key.empty()) settings_.saveInt("HideQuestWin", key, kAnswerYes);
+    return kAnswerYes;
+  }
+  if (clicked == no) return kAnswerNo;
+  if (never && clicked == never) {
+    if (!key.empty()) settings_.saveInt("HideQuestWin", key, kAnswerNo);
+    return kAnswerNo;
+  }
+  return 0;
+}
+
+}  // namespace zorvik

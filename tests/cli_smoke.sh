@@ -1,0 +1,57 @@
+#!/usr/bin/env bash
+# The headless tool end to end: decode a packet, run a short session, and refuse bad input with exit 2.
+set -u
+cli="$1"
+tmp=$(mktemp -d)
+trap 'rm -rf "$tmp"' EXIT
+pass=0 fail=0
+check() {  # name, condition
+  if eval "$2"; then pass=$((pass + 1)); else fail=$((fail + 1)); echo "FAIL: $1"; fi
+}
+
+printf '\x10\x00\x00\x00abcdefghijklmnopqrst' > "$tmp/p.bin"
+out=$("$cli" decode "$tmp/p.bin"); rc=$?
+check "decode exit" "[ $rc -eq 0 ]"
+check "decode count" "echo '$out' | grep -q '\"sample_count\":20'"
+check "decode triggered" "echo '$out' | grep -q '\"triggered\":true'"
+
+printf 'zorvik\x01\x20\x00\x00\x04\x00abcdefghij' > "$tmp/p.zrv"
+out=$("$cli" decode "$tmp/p.zrv")
+check "decode zrv" "echo '$out' | grep -q '\"samples_per_div\":32'"
+
+"$cli" decode "$tmp/missing.zrv" 2>"$tmp/err"; rc=$?
+check "missing file exit 2" "[ $rc -eq 2 ]"
+check "missing file one line" "[ \$(wc -l < $tmp/err) -eq 1 ]"
+
+"$cli" session --sim bogus=1 >/dev/null 2>"$tmp/err"; rc=$?
+check "unknown sim key exit 2" "[ $rc -eq 2 ]"
+check "unknown sim key named" "grep -q bogus $tmp/err"
+
+out=$("$cli" session --packets 20 --sim rate=max); rc=$?
+check "session exit" "[ $rc -eq 0 ]"
+check "session packets" "echo '$out' | grep -q '\"packets\":20'"
+check "session ready" "echo '$out' | grep -q '\"ready_reached\":true'"
+
+out=$("$cli" session --packets 3 --single --sim rate=max); rc=$?
+check "single exit" "[ $rc -eq 0 ]"
+
+out=$("$cli" session --packets 2 --timeout 2 --sim fault=missing:TPl 2>/dev/null); rc=$?
+check "missing limit fails" "[ $rc -eq 1 ]"
+check "missing limit stays setting up" "echo '$out' | grep -q '\"ready_reached\":false'"
+
+export ZORVIK_REGISTRY="$tmp/store.sqlite"
+"$cli" settings set "View/Color=3" "Ch1/Offset=-12" >/dev/null; rc=$?
+check "settings set" "[ $rc -eq 0 ]"
+"$cli" settings export "$tmp/out.reg"; rc=$?
+check "settings export" "[ $rc -eq 0 ]"
+check "reg header" "head -c 8 $tmp/out.reg | grep -q REGEDIT4"
+check "reg value" "grep -q '\"Offset\"=\"-12\"' $tmp/out.reg"
+printf 'not a reg file\r\n' > "$tmp/bad.reg"
+"$cli" settings import "$tmp/bad.reg" 2>/dev/null; rc=$?
+check "bad reg exit 2" "[ $rc -eq 2 ]"
+out=$("$cli" settings get View/Color)
+check "settings survive a bad import" "echo '$out' | grep -q '3'"
+unset ZORVIK_REGISTRY
+
+echo "$pass passed, $fail failed"
+[ "$fail" -eq 0 ]

@@ -1,0 +1,64 @@
+#include <QCheckBox>
+#include <QLabel>
+#include <QPushButton>
+#include <QtTest>
+
+#include "app/mainwin.h"
+#include "sim/sim_config.h"
+#include "sim/simulated_obex.h"
+
+using namespace zorvik;
+
+class MainwinTest : public QObject {
+  Q_OBJECT
+
+ private:
+  std::unique_ptr<mainwin> make(const std::string& sim) {
+    SimConfig config;
+    applySimOptions(config, sim);
+    CommandLine cl;
+    auto w = std::make_unique<mainwin>(settings_, makeIdentity(1), std::make_unique<SimulatedObex>(config), cl);
+    w->show();
+    return w;
+  }
+  MemorySettings settings_;
+
+ private slots:
+  void connectReachesReadyAndPacketsArrive() {
+    auto w = make("rate=200");
+    auto* connectKey = w->findChild<QPushButton*>("KeyConnect");
+    auto* start = w->findChild<QPushButton*>("KeyStart");
+    auto* serial = w->findChild<QCheckBox*>("WorkMode");
+    QVERIFY(connectKey && start && serial);
+    QCOMPARE(connectKey->text(), QString("Connect"));
+    QVERIFY(!start->isEnabled());
+    QVERIFY(w->windowTitle().startsWith("ZORVIK digital oscilloscope  v."));
+
+    QTest::mouseClick(connectKey, Qt::LeftButton);
+    QTRY_COMPARE_WITH_TIMEOUT(w->core().sessionState(), SessionState::Ready, 5000);
+    QVERIFY(start->isEnabled());
+    QVERIFY(connectKey->isHidden());
+    auto* model = w->findChild<QLabel*>("Property_VNM");
+    QVERIFY(model);
+    QCOMPARE(model->text(), QString("Zorvik ZV-1"));
+
+    serial->click();
+    QTRY_VERIFY_WITH_TIMEOUT(w->core().PacketCount() >= 10, 5000);
+    QTRY_VERIFY_WITH_TIMEOUT(!w->findChild<QLabel*>("FPSlabel")->text().isEmpty(), 2000);
+    if (!qEnvironmentVariableIsEmpty("ZORVIK_SCREENSHOT")) w->grab().save(qEnvironmentVariable("ZORVIK_SCREENSHOT"));
+    serial->click();
+    w->core().link()->CloseSession();
+    QTRY_VERIFY_WITH_TIMEOUT(!connectKey->isHidden(), 3000);
+    QCOMPARE(connectKey->text(), QString("Connect"));
+  }
+
+  void closeWhileOfflineStoresThePosition() {
+    auto w = make("rate=max");
+    w->move(40, 50);
+    QVERIFY(w->close());
+    QCOMPARE(settings_.GetSettingValue("Startup Position", "ZorvikWin Left", ""), std::to_string(w->x()));
+  }
+};
+
+QTEST_MAIN(MainwinTest)
+#include "mainwin_test.moc"
