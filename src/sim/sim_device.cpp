@@ -6,12 +6,12 @@ namespace zorvik {
 
 namespace {
 
-struct RegisterSpec {
+struct RegisterLayout {
   std::string_view name;
   int width;  // bytes on the link
 };
 
-constexpr std::array<RegisterSpec, SimDevice::kRegisterCount> kRegisters = {{
+constexpr std::array<RegisterLayout, SimDevice::kRegisterCount> kRegisters = {{
     {"MC", 2}, {"TS", 4}, {"RS", 1}, {"QS", 2}, {"TC", 2}, {"V1", 2}, {"P1", 2}, {"O1", 1},
     {"M1", 1}, {"T1", 1}, {"S1", 1}, {"TD", 4}, {"TA", 4}, {"TW", 4}, {"RT", 1}, {"AP", 1},
     {"AR", 1}, {"G1", 1}, {"G2", 1}, {"Gs", 4}, {"Lt", 4}, {"L1", 4}, {"L2", 4},

@@ -12,20 +12,20 @@ class EventRecorder : public ObexEvents {
  public:
   struct Entry {
     std::string kind;  // "NoDevice", "Message", "Start", "End", "Header", "Roll"
-    std::string name;  // header name, or the message text
-    std::string value;
+    std::string name = "";  // header name, or the message text
+    std::string value = "";
     bool parallel = false;
     int32_t total = 0;
   };
 
-  void ObexLinkDLL1_NoZorvikFoundEvent() override { entries.push_back({"NoDevice", "", "", false, 0}); }
+  void ObexLinkDLL1_NoZorvikFoundEvent() override { entries.push_back({"NoDevice"}); }
   void ObexLinkDLL1_StartSessionMsgEvent(const std::string& message) override {
-    entries.push_back({"Message", message, "", false, 0});
+    entries.push_back({"Message", message});
   }
-  void ObexLinkDLL1_StartSessionEvent() override { entries.push_back({"Start", "", "", false, 0}); }
-  void ObexLinkDLL1_EndSessionEvent() override { entries.push_back({"End", "", "", false, 0}); }
+  void ObexLinkDLL1_StartSessionEvent() override { entries.push_back({"Start"}); }
+  void ObexLinkDLL1_EndSessionEvent() override { entries.push_back({"End"}); }
   void ObexLinkDLL1_HeaderEvent(const std::string& name, const std::string& value, bool parallel) override {
-    entries.push_back({"Header", name, value, parallel, 0});
+    entries.push_back({"Header", name, value, parallel});
   }
   void ObexLinkDLL1_rollevent(const std::string& chunk, int32_t total) override {
     entries.push_back({"Roll", "", chunk, false, total});

@@ -95,41 +95,30 @@ TEST(PacketBuilder, TriggerLandsOnThePresampleOnEitherEdge) {
     for (double now : {0.0, 0.000377, 0.0009}) {
       const std::string& p = rig.build(s, now);
       ASSERT_EQ(wordAt(p, 0), 0x1000);
-      const int before = byteAt(p, 4 + 499);
-      const int at = byteAt(p, 4 + 500);
-      if (edge == 0x20) {
-        EXPECT_LE(before, 160);
-        EXPECT_GE(at, 160);
-        EXPECT_GT(byteAt(p, 4 + 600), at);
-      } else {
-        EXPECT_GE(before, 160);
-        EXPECT_LE(at, 160);
-        EXPECT_LT(byteAt(p, 4 + 600), at);
-      }
+      // Rising: below the level just before the trigger sample, at or above it from there on.
+      const int sign = edge == 0x20 ? 1 : -1;
+      EXPECT_LE(sign * (byteAt(p, 4 + 499) - 160), 0);
+      EXPECT_GE(sign * (byteAt(p, 4 + 500) - 160), 0);
+      EXPECT_GT(sign * (byteAt(p, 4 + 600) - byteAt(p, 4 + 500)), 0);
     }
   }
 }
 
-TEST(PacketBuilder, WithoutTriggerNormSendsNothingAndAutoRunsFree) {
+TEST(PacketBuilder, MasterWordTellsTriggerAndRis) {
   Rig rig("noise=0");
   AcquisitionSetup s = microsecondSampling();
   s.S1 = 250;  // far above the signal
-  s.RT = 1;
+  s.RT = 1;    // Norm: no trigger, no data
   EXPECT_TRUE(rig.build(s).empty());
-  EXPECT_FALSE(rig.builder.triggered());
-  s.RT = 0;
+  s.RT = 0;  // Auto: runs free
   EXPECT_EQ(wordAt(rig.build(s), 0), 0x0000);
   s.S1 = 128;
   s.T1 = 0;  // no edge chosen
   EXPECT_EQ(wordAt(rig.build(s), 0), 0x0000);
-}
-
-TEST(PacketBuilder, RisBitOnlyBelowTheFastFloorAndWhenAllowed) {
-  Rig rig("noise=0");
-  AcquisitionSetup s = microsecondSampling();
-  s.TS = 64;
+  s.T1 = 0x20;
+  s.TS = 64;  // below the fast sampler's floor of 128
   EXPECT_EQ(wordAt(rig.build(s), 0), 0x1000);
-  s.RS = 1;
+  s.RS = 1;  // RIS allowed
   EXPECT_EQ(wordAt(rig.build(s), 0), 0x1100);
   s.TS = 128;
   EXPECT_EQ(wordAt(rig.build(s), 0), 0x1000);
