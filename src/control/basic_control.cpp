@@ -41,9 +41,11 @@ void BasicControl::PutGetRegisterRS() { put1("RS", main_.cache().RS); }
 
 void BasicControl::SetupTimeDiv() {
   DeviceCache& c = main_.cache();
-  int32_t ts = std::max(256, c.TOl);
+  // 100 us a division at the safe clock: 16 samples a division, 6.25 us a sample.
+  const int32_t mc = c.MCd > 0 ? c.MCd : 1000;
+  const int32_t ts = std::max(c.TOl, static_cast<int32_t>(6.25e-6 / (mc * 1e-11) * 256));
   if (ts != c.TS) put4("TS", ts);
-  put2("MC", c.MCd > 0 ? c.MCd : 1000);
+  put2("MC", mc);
   // One screen of 10 divisions of 16 samples, and a little more, within the memory of the mode.
   int32_t qs = 10 * 16 + 12;
   int32_t qsMax = c.QShTable[c.limitRow(ts)][c.limitColumn()];

@@ -6,8 +6,8 @@ namespace zorvik {
 class MainController;
 
 // The first set of register writers: each writes the cached value of its register while a session stands
-// (offline the cache already holds it), and the time base starts at one clock a sample with a record of
-// one screen. The channel, time-base and trigger controllers take their places.
+// (offline the cache already holds it), and the time base is 100 us a division with a record of one
+// screen. The channel, time-base and trigger controllers take their places.
 class BasicControl : public ControlHooks {
  public:
   explicit BasicControl(MainController& main);
