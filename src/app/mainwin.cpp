@@ -179,13 +179,18 @@ void mainwin::keyPressEvent(QKeyEvent* event) {
 }
 
 void mainwin::closeEvent(QCloseEvent* event) {
-  if (!main_->requestClose()) {
+  bool close = true;
+  // A store that fails to write must not keep the program from closing: the failure becomes a box.
+  guarded([&] { close = main_->requestClose(); });
+  if (!close) {
     event->ignore();
     return;
   }
   if (devicePage_) devicePage_->close();
-  settings_.saveInt("Startup Position", "ZorvikWin Left", x());
-  settings_.saveInt("Startup Position", "ZorvikWin Top", y());
+  guarded([&] {
+    settings_.saveInt("Startup Position", "ZorvikWin Left", x());
+    settings_.saveInt("Startup Position", "ZorvikWin Top", y());
+  });
   event->accept();
 }
 

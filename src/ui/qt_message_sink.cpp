@@ -9,6 +9,16 @@ namespace zorvik {
 
 namespace {
 QString q(const std::string& s) { return QString::fromLatin1(s.data(), static_cast<qsizetype>(s.size())); }
+
+// Remembering an answer must not throw out of a box's handler; a store that can't write says so.
+template <typename F>
+void saveQuietly(F&& save) {
+  try {
+    save();
+  } catch (const std::exception& e) {
+    QMessageBox::critical(nullptr, "Zorvik", QString::fromLocal8Bit(e.what()));
+  }
+}
 }  // namespace
 
 QtMessageSink::QtMessageSink(SettingsStore& settings, std::string instanceTitle)
@@ -49,7 +59,7 @@ void QtMessageSink::infoBox(const std::string& text, const std::string& key) {
     check->setToolTip("To not show this mesage in the future");
     box->setCheckBox(check);
     QObject::connect(check, &QCheckBox::toggled, box, [this, key](bool on) {
-      if (on && !key.empty()) settings_.saveBool("HideInfoWin", key, true);
+      if (on && !key.empty()) saveQuietly([&] { settings_.saveBool("HideInfoWin", key, true); });
     });
   }
   // Counts down and closes by itself, so that a box never holds up the bench.
@@ -90,12 +100,12 @@ int QtMessageSink::questBox(const std::string& text, const std::string& key, boo
   QAbstractButton* clicked = box.clickedButton();
   if (clicked == yes) return kAnswerYes;
   if (clicked == always) {
-    if (!key.empty()) settings_.saveInt("HideQuestWin", key, kAnswerYes);
+    if (!key.empty()) saveQuietly([&] { settings_.saveInt("HideQuestWin", key, kAnswerYes); });
     return kAnswerYes;
   }
   if (clicked == no) return kAnswerNo;
   if (never && clicked == never) {
-    if (!key.empty()) settings_.saveInt("HideQuestWin", key, kAnswerNo);
+    if (!key.empty()) saveQuietly([&] { settings_.saveInt("HideQuestWin", key, kAnswerNo); });
     return kAnswerNo;
   }
   return 0;
