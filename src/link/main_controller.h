@@ -113,6 +113,24 @@ class MainController : public ObexEvents, public PacketHost {
   bool risActive() const override { return risActive_; }
   int averagesPeaks() const override { return averagesPeaks_; }
   void unsupportedMode(const std::string& text) override;
+  // The stages after the header go to the display and the readers, once they are attached.
+  void setStages(PacketStages* stages) { stages_ = stages ? stages : &noStages_; }
+  bool selectRectVisible() const override { return stages_->selectRectVisible(); }
+  void sampleCountChanged(int n) override { stages_->sampleCountChanged(n); }
+  void SetModeLabel(uint32_t mode, bool multi, int n) override { stages_->SetModeLabel(mode, multi, n); }
+  void PlotSamples(std::string_view s, int n, bool dec, bool two) override { stages_->PlotSamples(s, n, dec, two); }
+  void PlotPeaks(std::string_view s, int n, bool half) override { stages_->PlotPeaks(s, n, half); }
+  void measure(const SegmentData& s) override { stages_->measure(s); }
+  void spectrum(const SegmentData& s) override { stages_->spectrum(s); }
+  void stat(const SegmentData& s) override { stages_->stat(s); }
+  void recordFrame(int ms) override { stages_->recordFrame(ms); }
+  void wallpaper() override { stages_->wallpaper(); }
+
+  // The scale of the record, kept by the channel and time-base controllers and read by every reader.
+  float SamplePeriod = 1e-6f;   // seconds per sample
+  float FullScaleVolts = 1.6f;  // volts over the eight divisions of the screen's height
+  float ZeroVolts = 0.0f;       // volts at mid code
+  int SamplesPerDiv = 16;       // samples in one division of 32 pixels at horizontal zoom 1
 
  private:
   void setConnectCaption(const std::string& caption);
@@ -129,6 +147,8 @@ class MainController : public ObexEvents, public PacketHost {
   MessageSink& messages_;
   MainView& view_;
   ControlHooks noHooks_;
+  PacketStages noStages_;
+  PacketStages* stages_ = &noStages_;
   ControlHooks* hooks_ = &noHooks_;
   ClassOBEX* link_ = nullptr;
   InstanceIdentity identity_;

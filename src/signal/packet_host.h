@@ -20,11 +20,28 @@ struct SegmentData {
   int frameIntervalMs = 0;
 };
 
-// What the packet handler reads and moves around it: indicators, the plotters and the readers of a
-// segment. Later stages override the hooks they fill; the defaults do nothing.
-class PacketHost {
+// The stages a packet runs through after its header: the plotters and the readers of segment 1. Each
+// stage fills the hooks it owns; the defaults do nothing.
+class PacketStages {
  public:
-  virtual ~PacketHost() = default;
+  virtual ~PacketStages() = default;
+  virtual bool selectRectVisible() const { return false; }
+  // The time base follows a new sample count (centre time, displayed time base, time labels).
+  virtual void sampleCountChanged(int /*sampleCount*/) {}
+  virtual void SetModeLabel(uint32_t /*mode*/, bool /*multi*/, int /*n*/) {}
+  virtual void PlotSamples(std::string_view /*segment*/, int /*n*/, bool /*allowDecimation*/, bool /*twoBytes*/) {}
+  virtual void PlotPeaks(std::string_view /*segment*/, int /*n*/, bool /*halfRatePairs*/) {}
+  // Readers of segment 1, each only when somebody looks.
+  virtual void measure(const SegmentData& /*segment*/) {}
+  virtual void spectrum(const SegmentData& /*segment*/) {}
+  virtual void stat(const SegmentData& /*segment*/) {}
+  virtual void recordFrame(int /*frameIntervalMs*/) {}
+  virtual void wallpaper() {}
+};
+
+// What the packet handler reads and moves around it: the clock, the indicators and the stages.
+class PacketHost : public PacketStages {
+ public:
   virtual uint32_t tickMs() = 0;
 
   // Indicators.
@@ -40,22 +57,9 @@ class PacketHost {
   virtual bool noTriggerMsgChecked() const { return true; }
   virtual bool risActive() const { return false; }
   virtual int averagesPeaks() const { return 0; }
-  virtual bool selectRectVisible() const { return false; }
 
-  // The time base follows a new sample count (centre time, displayed time base, time labels).
-  virtual void sampleCountChanged(int /*sampleCount*/) {}
-  virtual void SetModeLabel(uint32_t /*mode*/, bool /*multi*/, int /*n*/) {}
-  virtual void PlotSamples(std::string_view /*segment*/, int /*n*/, bool /*allowDecimation*/, bool /*twoBytes*/) {}
-  virtual void PlotPeaks(std::string_view /*segment*/, int /*n*/, bool /*halfRatePairs*/) {}
   // An unknown mode: box "Unsupported sampling mode =  " + number, then the repeat is switched off.
   virtual void unsupportedMode(const std::string& /*text*/) {}
-
-  // Readers of segment 1, each only when somebody looks.
-  virtual void measure(const SegmentData& /*segment*/) {}
-  virtual void spectrum(const SegmentData& /*segment*/) {}
-  virtual void stat(const SegmentData& /*segment*/) {}
-  virtual void recordFrame(int /*frameIntervalMs*/) {}
-  virtual void wallpaper() {}
 };
 
 }  // namespace zorvik
