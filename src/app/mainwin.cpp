@@ -2,6 +2,8 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QDateTime>
+#include <QSignalBlocker>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QMenuBar>
@@ -32,7 +34,9 @@ mainwin::mainwin(SettingsStore& settings, const InstanceIdentity& identity, std:
   main_ = std::make_unique<MainController>(settings_, sink_, static_cast<MainView&>(*this));
   main_->setIdentity(identity);
   control_ = std::make_unique<BasicControl>(*main_);
-  main_->setHooks(control_.get());
+  run_ = std::make_unique<RunControl>(*main_);
+  hooks_ = std::make_unique<RoutedHooks>(*control_, *run_);
+  main_->setHooks(hooks_.get());
   main_->attachLink(link_.get());
   main_->devMode = commandLine.dev;
 
@@ -40,6 +44,7 @@ mainwin::mainwin(SettingsStore& settings, const InstanceIdentity& identity, std:
   buildPanel();
   devicePage_ = new DevicePage(this);
   placeWindow();
+  refreshRunControls();
   stateChanged();
 }
 
@@ -93,16 +98,30 @@ void mainwin::buildPanel() {
   KeyConnect = new QPushButton("Connect");
   KeyConnect->setObjectName("KeyConnect");
   connect(KeyConnect, &QPushButton::clicked, this, [this] { main_->KeyConnect_Click(); });
+  panel->addWidget(KeyConnect);
+
+  FrameMode = new QGroupBox;
+  FrameMode->setObjectName("FrameMode");
+  auto* modeBox = new QVBoxLayout(FrameMode);
   KeyStart = new QPushButton("Start");
   KeyStart->setObjectName("KeyStart");
-  connect(KeyStart, &QPushButton::clicked, this, [this] { KeyStart_Click(); });
+  KeyStart->setToolTip("Press to force single \r\nacquisition");
+  KeyStart->installEventFilter(this);
+  connect(KeyStart, &QPushButton::clicked, this, [this] { guarded([this] { run_->KeyStart_Click(); }); });
   WorkMode = new QCheckBox("Serial");
   WorkMode->setObjectName("WorkMode");
-  WorkMode->setToolTip("Repeat acquisitions one after the other");
-  connect(WorkMode, &QCheckBox::clicked, this, [this] { WorkMode_Click(); });
-  panel->addWidget(KeyConnect);
-  panel->addWidget(KeyStart);
-  panel->addWidget(WorkMode);
+  WorkMode->setAttribute(Qt::WA_Hover);
+  WorkMode->installEventFilter(this);
+  connect(WorkMode, &QCheckBox::clicked, this, [this](bool on) { guarded([&] { run_->WorkMode_Click(on); }); });
+  AutoWait = new QCheckBox("AutoRun mode");
+  AutoWait->setObjectName("AutoWait");
+  connect(AutoWait, &QCheckBox::clicked, this, [this](bool on) { guarded([&] { run_->AutoWait_Click(on); }); });
+  modeBox->addWidget(KeyStart);
+  modeBox->addWidget(WorkMode);
+  modeBox->addWidget(AutoWait);
+  FrameMode->setMaximumWidth(220);
+  panel->addWidget(FrameMode);
+  run_->onChange = [this] { refreshRunControls(); };
   panel->addStretch(1);
   row->addLayout(panel);
   setCentralWidget(central);
@@ -154,20 +173,27 @@ void mainwin::clearDisplay() { display_->clear(); }
 
 void mainwin::packetShown(const std::string& packet) { display_->showPacket(packet); }
 
-void mainwin::KeyStart_Click() {
-  if (!main_->Online()) return;
-  main_->setModeText("Started");
-  main_->link()->SendCommand("D", true, true);
+void mainwin::refreshRunControls() {
+  if (!FrameMode) return;
+  const RunModel& m = run_->model();
+  QSignalBlocker b1(WorkMode), b2(AutoWait);
+  WorkMode->setChecked(m.WorkMode);
+  WorkMode->setToolTip(q(m.workModeToolTip));
+  AutoWait->setChecked(m.AutoWait);
+  AutoWait->setToolTip(q(m.autoWaitToolTip));
+  KeyStart->setVisible(m.keyStartVisible);
+  FrameMode->setTitle(q(m.frameModeCaption));
 }
 
-void mainwin::WorkMode_Click() {
-  if (!main_->Online()) return;
-  if (WorkMode->isChecked()) {
-    main_->setModeText("Started");
-    main_->link()->SetRepeatCommand(true, "D", true);
-  } else {
-    main_->stopRepeat();
+bool mainwin::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == KeyStart && event->type() == QEvent::KeyPress &&
+      static_cast<QKeyEvent*>(event)->key() == Qt::Key_R) {
+    run_->ResendLast();
+    return true;
   }
+  if (watched == WorkMode && event->type() == QEvent::HoverMove)
+    run_->mouseOverWorkMode(QDateTime::currentMSecsSinceEpoch());
+  return QMainWindow::eventFilter(watched, event);
 }
 
 void mainwin::keyPressEvent(QKeyEvent* event) {

@@ -1,6 +1,7 @@
 #pragma once
 #include <QAction>
 #include <QCheckBox>
+#include <QGroupBox>
 #include <QLabel>
 #include <QMainWindow>
 #include <QMenu>
@@ -11,6 +12,8 @@
 #include "config/settings.h"
 #include "control/basic_control.h"
 #include "link/main_controller.h"
+#include "link/routed_hooks.h"
+#include "link/run_control.h"
 #include "ui/qt_message_sink.h"
 
 namespace zorvik {
@@ -54,8 +57,8 @@ class mainwin : public QMainWindow, private MainView {
   void guarded(F&& action);
   void buildPanel();
   void placeWindow();
-  void KeyStart_Click();
-  void WorkMode_Click();
+  void refreshRunControls();
+  bool eventFilter(QObject* watched, QEvent* event) override;
 
   SettingsStore& settings_;
   RegistryStore* store_ = nullptr;
@@ -65,12 +68,16 @@ class mainwin : public QMainWindow, private MainView {
   std::unique_ptr<ClassOBEX> link_;
   std::unique_ptr<MainController> main_;
   std::unique_ptr<BasicControl> control_;
+  std::unique_ptr<RunControl> run_;
+  std::unique_ptr<RoutedHooks> hooks_;
 
   TracePlaceholder* display_ = nullptr;
   DevicePage* devicePage_ = nullptr;
   QPushButton* KeyConnect = nullptr;
   QPushButton* KeyStart = nullptr;
   QCheckBox* WorkMode = nullptr;
+  QCheckBox* AutoWait = nullptr;
+  QGroupBox* FrameMode = nullptr;
   QAction* LinkControl = nullptr;
   QLabel* ModeTransparant = nullptr;
   QLabel* NoTriggerTransparant = nullptr;

@@ -15,7 +15,9 @@ HeadlessSession::HeadlessSession(SettingsStore& settings, const std::vector<std:
   recorder_ = std::make_unique<RecordingObex>(*sim_);
   main_ = std::make_unique<MainController>(settings, sink_, static_cast<MainView&>(*this));
   control_ = std::make_unique<BasicControl>(*main_);
-  main_->setHooks(control_.get());
+  run_ = std::make_unique<RunControl>(*main_);
+  hooks_ = std::make_unique<RoutedHooks>(*control_, *run_);
+  main_->setHooks(hooks_.get());
   main_->attachLink(recorder_.get());
 }
 
@@ -46,6 +48,9 @@ SessionResult HeadlessSession::run(const SessionOptions& options) {
   clock.start();
   auto left = [&] { return std::max<int>(0, timeoutMs - static_cast<int>(clock.elapsed())); };
 
+  // Serial runs start by themselves once the session is ready; single ones wait for Start.
+  run_->WorkMode_Click(!options.single);
+  wanted_ = options.single ? 0 : options.packets;
   main_->KeyConnect_Click();
   r.readyReached = spinUntil(
       [&] {
@@ -56,23 +61,19 @@ SessionResult HeadlessSession::run(const SessionOptions& options) {
   if (!r.readyReached) {
     r.error = "the session did not reach Ready (state " + std::string(sessionStateName(main_->sessionState())) + ")";
   } else {
-    main_->setPacketCount(0);
-    auto arrived = [&] { return main_->PacketCount() >= options.packets || !main_->Online(); };
     if (options.single) {
+      int received = 0;
       for (int i = 0; i < options.packets && main_->Online(); ++i) {
-        int before = main_->PacketCount();
-        main_->setModeText("Started");
-        recorder_->SendCommand("D", true, true);
-        spinUntil([&] { return main_->PacketCount() > before || !main_->Online(); }, left());
+        run_->KeyStart_Click();  // zeroes PacketCount
+        spinUntil([&] { return main_->PacketCount() > 0 || !main_->Online(); }, left());
+        received += main_->PacketCount();
       }
+      main_->setPacketCount(received);
     } else {
-      main_->setModeText("Started");
-      wanted_ = options.packets;
-      recorder_->SetRepeatCommand(true, "D", true);
-      spinUntil(arrived, left());
+      spinUntil([&] { return main_->PacketCount() >= options.packets || !main_->Online(); }, left());
       recorder_->SetRepeatCommand(false, "", false);
-      wanted_ = 0;
     }
+    wanted_ = 0;
     r.packets = main_->PacketCount();
     if (r.packets < options.packets)
       r.error = "only " + std::to_string(r.packets) + " of " + std::to_string(options.packets) + " packets arrived";

@@ -7,6 +7,8 @@
 #include "control/basic_control.h"
 #include "link/main_controller.h"
 #include "link/recording_obex.h"
+#include "link/routed_hooks.h"
+#include "link/run_control.h"
 #include "sim/simulated_obex.h"
 #include "ui/recording_sink.h"
 
@@ -41,6 +43,7 @@ class HeadlessSession : private MainView {
   RecordingObex& link() { return *recorder_; }
   RecordingSink& messages() { return sink_; }
   SimulatedObex& sim() { return *sim_; }
+  RunControl& run() { return *run_; }
   // Runs the event loop until the predicate holds or the time is up.
   static bool spinUntil(const std::function<bool()>& done, int timeoutMs);
 
@@ -54,6 +57,8 @@ class HeadlessSession : private MainView {
   std::unique_ptr<RecordingObex> recorder_;
   std::unique_ptr<MainController> main_;
   std::unique_ptr<BasicControl> control_;
+  std::unique_ptr<RunControl> run_;
+  std::unique_ptr<RoutedHooks> hooks_;
 };
 
 }  // namespace zorvik

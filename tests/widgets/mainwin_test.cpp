@@ -42,11 +42,15 @@ class MainwinTest : public QObject {
     QVERIFY(model);
     QCOMPARE(model->text(), QString("Zorvik ZV-1"));
 
-    serial->click();
+    // Serial acquisitions are on by default and start as soon as the session is ready.
+    QVERIFY(serial->isChecked());
     QTRY_VERIFY_WITH_TIMEOUT(w->core().PacketCount() >= 10, 5000);
+    QCOMPARE(w->core().state().modeText, std::string("Auto"));
     QTRY_VERIFY_WITH_TIMEOUT(!w->findChild<QLabel*>("FPSlabel")->text().isEmpty(), 2000);
     if (!qEnvironmentVariableIsEmpty("ZORVIK_SCREENSHOT")) w->grab().save(qEnvironmentVariable("ZORVIK_SCREENSHOT"));
     serial->click();
+    QCOMPARE(w->core().state().modeText, std::string("Ready"));
+    QVERIFY(start->isVisible());
     w->core().link()->CloseSession();
     QTRY_VERIFY_WITH_TIMEOUT(!connectKey->isHidden(), 3000);
     QCOMPARE(connectKey->text(), QString("Connect"));

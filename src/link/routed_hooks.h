@@ -1,0 +1,62 @@
+#pragma once
+#include "link/control_hooks.h"
+#include "link/run_control.h"
+
+namespace zorvik {
+
+// The session's named steps: the run-control ones go to RunControl, everything else to the controllers of
+// the channel, time base and trigger.
+class RoutedHooks : public ControlHooks {
+ public:
+  RoutedHooks(ControlHooks& control, RunControl& run) : c_(control), run_(run) {}
+
+  void PutGetRegisterO1() override { c_.PutGetRegisterO1(); }
+  void PutGetRegisterM1() override { c_.PutGetRegisterM1(); }
+  void PutGetRegisterT1() override { c_.PutGetRegisterT1(); }
+  void PutGetRegisterV1() override { c_.PutGetRegisterV1(); }
+  void PutGetRegisterP1() override { c_.PutGetRegisterP1(); }
+  void PutGetRegisterS1() override { c_.PutGetRegisterS1(); }
+  void PutGetRegisterRT() override { run_.PutGetRegisterRT(); }
+  void PutGetRegisterAP() override { run_.PutGetRegisterAP(); }
+  void PutGetRegisterAR() override { run_.PutGetRegisterAR(); }
+  void PutGetRegisterTA() override { c_.PutGetRegisterTA(); }
+  void PutGetRegisterTW() override { c_.PutGetRegisterTW(); }
+  void PutGetRegisterTD() override { c_.PutGetRegisterTD(); }
+  void PutGetRegisterTC() override { c_.PutGetRegisterTC(); }
+  void PutGetRegisterRS() override { c_.PutGetRegisterRS(); }
+  void SetupTimeDiv() override { c_.SetupTimeDiv(); }
+
+  void offsetRangeUpdate() override { c_.offsetRangeUpdate(); }
+  void sampleLimitStep() override { c_.sampleLimitStep(); }
+  void presampleLimitStep() override { c_.presampleLimitStep(); }
+  void samplingUpdate() override { c_.samplingUpdate(); }
+  void timeBaseUpdate() override { c_.timeBaseUpdate(); }
+  void rsUpdate() override { c_.rsUpdate(); }
+  void qsUpdate() override { c_.qsUpdate(); }
+  void presampleUpdate() override { c_.presampleUpdate(); }
+  void delayUpdate() override { c_.delayUpdate(); }
+  void timeoutUpdate() override { c_.timeoutUpdate(); }
+  void couplingUpdate() override { c_.couplingUpdate(); }
+  void sensitivityUpdate() override { c_.sensitivityUpdate(); }
+  void offsetUpdate() override { c_.offsetUpdate(); }
+  void modeUpdate() override { c_.modeUpdate(); }
+  void triggerUpdate() override { c_.triggerUpdate(); }
+  void levelUpdate() override { c_.levelUpdate(); }
+  void averagesUpdate() override { run_.apEcho(); }
+  void risAveragesUpdate() override { run_.arEcho(); }
+  void runFlagsUpdate() override { run_.rtEcho(); }
+  void applyRunMode() override {
+    if (run_.model().WorkMode) run_.applyWorkMode();
+  }
+
+  bool firmwareLoadRunning() const override { return c_.firmwareLoadRunning(); }
+  void startFirmwareLoad() override { c_.startFirmwareLoad(); }
+  void firmwareHeader(const std::string& name, const std::string& value) override { c_.firmwareHeader(name, value); }
+  void devDispHeader(const std::string& name) override { c_.devDispHeader(name); }
+
+ private:
+  ControlHooks& c_;
+  RunControl& run_;
+};
+
+}  // namespace zorvik
