@@ -79,6 +79,16 @@ int runSessionCommand(const std::vector<std::string>& args, std::ostream& out, s
       auto s = parseLeadingNumber(value("--timeout"));
       if (!s || *s <= 0 || *s > 3600) throw Fault("--timeout wants seconds");
       opt.timeoutSeconds = *s;
+    } else if (args[i] == "--keys") {
+      std::string list = value("--keys");
+      size_t start = 0;
+      while (start <= list.size()) {
+        size_t comma = list.find(',', start);
+        std::string k = list.substr(start, comma == std::string::npos ? std::string::npos : comma - start);
+        if (!k.empty()) opt.keys.push_back(k);
+        if (comma == std::string::npos) break;
+        start = comma + 1;
+      }
     } else if (args[i] == "--single") {
       opt.single = true;
     } else {

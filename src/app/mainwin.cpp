@@ -40,6 +40,16 @@ mainwin::mainwin(SettingsStore& settings, const InstanceIdentity& identity, std:
   main_->attachLink(link_.get());
   main_->devMode = commandLine.dev;
 
+  // The window's own keys on top of those of run control.
+  struct WindowKeys : RunKeyActions {
+    WindowKeys(mainwin& w, MainController& m, RunControl& r) : RunKeyActions(m, r), w_(w) {}
+    void closeProgram() override { w_.close(); }
+    mainwin& w_;
+  };
+  keyActions_ = std::make_unique<WindowKeys>(*this, *main_, *run_);
+  keys_ = std::make_unique<KeyMap>(*keyActions_);
+  keys_->devMode = commandLine.dev;
+
   buildMenus();
   buildPanel();
   devicePage_ = new DevicePage(this);
@@ -196,12 +206,36 @@ bool mainwin::eventFilter(QObject* watched, QEvent* event) {
   return QMainWindow::eventFilter(watched, event);
 }
 
-void mainwin::keyPressEvent(QKeyEvent* event) {
-  if (event->key() == Qt::Key_T && main_->devMode) {
-    main_->PlotSpeedTest();
-    return;
+namespace {
+// The name of a key as the key map knows it; empty for keys it has no use for.
+std::string keyName(const QKeyEvent* e) {
+  switch (e->key()) {
+    case Qt::Key_Escape: return "Esc";
+    case Qt::Key_Left: return "Left";
+    case Qt::Key_Right: return "Right";
+    case Qt::Key_Up: return "Up";
+    case Qt::Key_Down: return "Down";
+    case Qt::Key_Home: return "Home";
+    case Qt::Key_End: return "End";
+    case Qt::Key_PageUp: return "PageUp";
+    case Qt::Key_PageDown: return "PageDown";
+    case Qt::Key_Backspace: return "Backspace";
+    default: break;
   }
-  QMainWindow::keyPressEvent(event);
+  QString t = e->text();
+  if (t.size() == 1 && t[0].unicode() >= 32 && t[0].unicode() < 127) return t.toStdString();
+  return {};
+}
+}  // namespace
+
+void mainwin::keyPressEvent(QKeyEvent* event) {
+  std::string key = keyName(event);
+  bool taken = false;
+  guarded([&] {
+    taken = !key.empty() && keys_->press(key, QDateTime::currentMSecsSinceEpoch(),
+                                         event->modifiers() & Qt::ShiftModifier, event->modifiers() & Qt::AltModifier);
+  });
+  if (!taken) QMainWindow::keyPressEvent(event);
 }
 
 void mainwin::closeEvent(QCloseEvent* event) {

@@ -14,6 +14,7 @@
 #include "link/main_controller.h"
 #include "link/routed_hooks.h"
 #include "link/run_control.h"
+#include "link/run_key_actions.h"
 #include "ui/qt_message_sink.h"
 
 namespace zorvik {
@@ -70,6 +71,8 @@ class mainwin : public QMainWindow, private MainView {
   std::unique_ptr<BasicControl> control_;
   std::unique_ptr<RunControl> run_;
   std::unique_ptr<RoutedHooks> hooks_;
+  std::unique_ptr<KeyActions> keyActions_;
+  std::unique_ptr<KeyMap> keys_;
 
   TracePlaceholder* display_ = nullptr;
   DevicePage* devicePage_ = nullptr;

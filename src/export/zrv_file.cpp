@@ -1,5 +1,7 @@
 #include "export/zrv_file.h"
 
+#include "core/fault.h"
+
 namespace zorvik {
 
 bool hasZrvMagic(std::string_view bytes) { return bytes.substr(0, kZrvMagic.size()) == kZrvMagic; }
@@ -16,9 +18,12 @@ std::optional<ZrvContents> parseZrv(std::string_view bytes) {
 }
 
 std::string makeZrv(std::string_view packet, int samplesPerDiv) {
+  if (samplesPerDiv < 0 || samplesPerDiv > 255)
+    throw Fault("samples per division " + std::to_string(samplesPerDiv) + " do not fit a packet file");
   std::string out(kZrvMagic);
+  out.reserve(kZrvMagic.size() + 2 + packet.size());
   out += static_cast<char>(1);
-  out += static_cast<char>(static_cast<unsigned char>(samplesPerDiv & 0xFF));
+  out += static_cast<char>(static_cast<unsigned char>(samplesPerDiv));
   out += packet;
   return out;
 }

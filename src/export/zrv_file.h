@@ -8,15 +8,20 @@ namespace zorvik {
 // The binary packet file: "zorvik", ExtraLength, the extra block (first byte SamplesPerDiv), the packet.
 struct ZrvContents {
   std::string packet;
-  std::optional<int> samplesPerDiv;  // absent when ExtraLength is 0
+  std::optional<int> samplesPerDiv;  // absent when ExtraLength is 0 (the current value stays)
 };
 
 constexpr std::string_view kZrvMagic = "zorvik";
+// Packets are at most a few hundred kilobytes; anything far beyond is not a packet file.
+constexpr size_t kZrvMaxBytes = 64u << 20;
 
+// Compared with case: "Zorvik" is not the magic.
 bool hasZrvMagic(std::string_view bytes);
-// Nothing when the bytes do not start with the magic. An extra block that runs past the end leaves an
-// empty packet.
+// Nothing when the bytes do not start with the magic. Any ExtraLength is taken from the file; an extra
+// block that runs past the end leaves an empty packet, and without its first byte no SamplesPerDiv.
 std::optional<ZrvContents> parseZrv(std::string_view bytes);
+// The layout this program writes: ExtraLength 1, then SamplesPerDiv. Fault when SamplesPerDiv does not
+// fit its byte.
 std::string makeZrv(std::string_view packet, int samplesPerDiv);
 
 }  // namespace zorvik

@@ -18,6 +18,8 @@ HeadlessSession::HeadlessSession(SettingsStore& settings, const std::vector<std:
   run_ = std::make_unique<RunControl>(*main_);
   hooks_ = std::make_unique<RoutedHooks>(*control_, *run_);
   main_->setHooks(hooks_.get());
+  keyActions_ = std::make_unique<RunKeyActions>(*main_, *run_);
+  keys_ = std::make_unique<KeyMap>(*keyActions_);
   main_->attachLink(recorder_.get());
 }
 
@@ -61,6 +63,10 @@ SessionResult HeadlessSession::run(const SessionOptions& options) {
   if (!r.readyReached) {
     r.error = "the session did not reach Ready (state " + std::string(sessionStateName(main_->sessionState())) + ")";
   } else {
+    for (const auto& k : options.keys) {
+      keys_->press(k == "Comma" ? std::string(",") : k, clock.elapsed());
+      QCoreApplication::processEvents();
+    }
     if (options.single) {
       int received = 0;
       for (int i = 0; i < options.packets && main_->Online(); ++i) {

@@ -7,7 +7,9 @@
 #include "control/basic_control.h"
 #include "link/main_controller.h"
 #include "link/recording_obex.h"
+#include "link/key_map.h"
 #include "link/routed_hooks.h"
+#include "link/run_key_actions.h"
 #include "link/run_control.h"
 #include "sim/simulated_obex.h"
 #include "ui/recording_sink.h"
@@ -19,6 +21,8 @@ struct SessionOptions {
   int packets = 1;
   bool single = false;  // N presses of Start instead of a serial acquisition
   double timeoutSeconds = 10;
+  // Keys of the keyboard pressed in order once the session is ready ("Comma" stands for ",").
+  std::vector<std::string> keys;
 };
 
 struct SessionResult {
@@ -59,6 +63,8 @@ class HeadlessSession : private MainView {
   std::unique_ptr<BasicControl> control_;
   std::unique_ptr<RunControl> run_;
   std::unique_ptr<RoutedHooks> hooks_;
+  std::unique_ptr<RunKeyActions> keyActions_;
+  std::unique_ptr<KeyMap> keys_;
 };
 
 }  // namespace zorvik
