@@ -35,18 +35,19 @@ mainwin::mainwin(SettingsStore& settings, const InstanceIdentity& identity, std:
   main_->setIdentity(identity);
   control_ = std::make_unique<BasicControl>(*main_);
   run_ = std::make_unique<RunControl>(*main_);
-  hooks_ = std::make_unique<RoutedHooks>(*control_, *run_);
+  trigger_ = std::make_unique<TriggerControl>(*main_);
+  hooks_ = std::make_unique<RoutedHooks>(*control_, *run_, *trigger_);
   main_->setHooks(hooks_.get());
   main_->attachLink(link_.get());
   main_->devMode = commandLine.dev;
 
   // The window's own keys on top of those of run control.
   struct WindowKeys : RunKeyActions {
-    WindowKeys(mainwin& w, MainController& m, RunControl& r) : RunKeyActions(m, r), w_(w) {}
+    WindowKeys(mainwin& w, MainController& m, RunControl& r, TriggerControl& t) : RunKeyActions(m, r, t), w_(w) {}
     void closeProgram() override { w_.close(); }
     mainwin& w_;
   };
-  keyActions_ = std::make_unique<WindowKeys>(*this, *main_, *run_);
+  keyActions_ = std::make_unique<WindowKeys>(*this, *main_, *run_, *trigger_);
   keys_ = std::make_unique<KeyMap>(*keyActions_);
   keys_->devMode = commandLine.dev;
 

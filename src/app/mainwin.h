@@ -70,6 +70,7 @@ class mainwin : public QMainWindow, private MainView {
   std::unique_ptr<MainController> main_;
   std::unique_ptr<BasicControl> control_;
   std::unique_ptr<RunControl> run_;
+  std::unique_ptr<TriggerControl> trigger_;
   std::unique_ptr<RoutedHooks> hooks_;
   std::unique_ptr<KeyActions> keyActions_;
   std::unique_ptr<KeyMap> keys_;

@@ -16,9 +16,10 @@ HeadlessSession::HeadlessSession(SettingsStore& settings, const std::vector<std:
   main_ = std::make_unique<MainController>(settings, sink_, static_cast<MainView&>(*this));
   control_ = std::make_unique<BasicControl>(*main_);
   run_ = std::make_unique<RunControl>(*main_);
-  hooks_ = std::make_unique<RoutedHooks>(*control_, *run_);
+  trigger_ = std::make_unique<TriggerControl>(*main_);
+  hooks_ = std::make_unique<RoutedHooks>(*control_, *run_, *trigger_);
   main_->setHooks(hooks_.get());
-  keyActions_ = std::make_unique<RunKeyActions>(*main_, *run_);
+  keyActions_ = std::make_unique<RunKeyActions>(*main_, *run_, *trigger_);
   keys_ = std::make_unique<KeyMap>(*keyActions_);
   main_->attachLink(recorder_.get());
 }

@@ -48,6 +48,7 @@ class HeadlessSession : private MainView {
   RecordingSink& messages() { return sink_; }
   SimulatedObex& sim() { return *sim_; }
   RunControl& run() { return *run_; }
+  TriggerControl& trigger() { return *trigger_; }
   // Runs the event loop until the predicate holds or the time is up.
   static bool spinUntil(const std::function<bool()>& done, int timeoutMs);
 
@@ -62,6 +63,7 @@ class HeadlessSession : private MainView {
   std::unique_ptr<MainController> main_;
   std::unique_ptr<BasicControl> control_;
   std::unique_ptr<RunControl> run_;
+  std::unique_ptr<TriggerControl> trigger_;
   std::unique_ptr<RoutedHooks> hooks_;
   std::unique_ptr<RunKeyActions> keyActions_;
   std::unique_ptr<KeyMap> keys_;

@@ -1,27 +1,28 @@
 #pragma once
 #include "link/control_hooks.h"
+#include "control/trigger_control.h"
 #include "link/run_control.h"
 
 namespace zorvik {
 
-// The session's named steps: the run-control ones go to RunControl, everything else to the controllers of
-// the channel, time base and trigger.
+// The session's named steps: run control, the trigger, and the controllers of the channel and time base.
 class RoutedHooks : public ControlHooks {
  public:
-  RoutedHooks(ControlHooks& control, RunControl& run) : c_(control), run_(run) {}
+  RoutedHooks(ControlHooks& control, RunControl& run, TriggerControl& trigger)
+      : c_(control), run_(run), trig_(trigger) {}
 
   void PutGetRegisterO1() override { c_.PutGetRegisterO1(); }
   void PutGetRegisterM1() override { c_.PutGetRegisterM1(); }
-  void PutGetRegisterT1() override { c_.PutGetRegisterT1(); }
+  void PutGetRegisterT1() override { trig_.PutGetRegisterT1(); }
   void PutGetRegisterV1() override { c_.PutGetRegisterV1(); }
   void PutGetRegisterP1() override { c_.PutGetRegisterP1(); }
-  void PutGetRegisterS1() override { c_.PutGetRegisterS1(); }
+  void PutGetRegisterS1() override { trig_.PutGetRegisterS1(); }
   void PutGetRegisterRT() override { run_.PutGetRegisterRT(); }
   void PutGetRegisterAP() override { run_.PutGetRegisterAP(); }
   void PutGetRegisterAR() override { run_.PutGetRegisterAR(); }
-  void PutGetRegisterTA() override { c_.PutGetRegisterTA(); }
-  void PutGetRegisterTW() override { c_.PutGetRegisterTW(); }
-  void PutGetRegisterTD() override { c_.PutGetRegisterTD(); }
+  void PutGetRegisterTA() override { trig_.PutGetRegisterTA(); }
+  void PutGetRegisterTW() override { trig_.PutGetRegisterTW(); }
+  void PutGetRegisterTD() override { trig_.PutGetRegisterTD(); }
   void PutGetRegisterTC() override { c_.PutGetRegisterTC(); }
   void PutGetRegisterRS() override { c_.PutGetRegisterRS(); }
   void SetupTimeDiv() override { c_.SetupTimeDiv(); }
@@ -34,14 +35,14 @@ class RoutedHooks : public ControlHooks {
   void rsUpdate() override { c_.rsUpdate(); }
   void qsUpdate() override { c_.qsUpdate(); }
   void presampleUpdate() override { c_.presampleUpdate(); }
-  void delayUpdate() override { c_.delayUpdate(); }
-  void timeoutUpdate() override { c_.timeoutUpdate(); }
+  void delayUpdate() override { trig_.tdEcho(); }
+  void timeoutUpdate() override { trig_.timeoutEcho(); }
   void couplingUpdate() override { c_.couplingUpdate(); }
   void sensitivityUpdate() override { c_.sensitivityUpdate(); }
   void offsetUpdate() override { c_.offsetUpdate(); }
   void modeUpdate() override { c_.modeUpdate(); }
-  void triggerUpdate() override { c_.triggerUpdate(); }
-  void levelUpdate() override { c_.levelUpdate(); }
+  void triggerUpdate() override { trig_.t1Echo(); }
+  void levelUpdate() override { trig_.s1Echo(); }
   void averagesUpdate() override { run_.apEcho(); }
   void risAveragesUpdate() override { run_.arEcho(); }
   void runFlagsUpdate() override { run_.rtEcho(); }
@@ -57,6 +58,7 @@ class RoutedHooks : public ControlHooks {
  private:
   ControlHooks& c_;
   RunControl& run_;
+  TriggerControl& trig_;
 };
 
 }  // namespace zorvik
