@@ -11,7 +11,10 @@
 #include <QStatusBar>
 #include <QVBoxLayout>
 
+#include "app/delay_page.h"
 #include "app/device_page.h"
+#include "app/trigger_panel.h"
+#include "control/delay_control.h"
 #include "app/trace_placeholder.h"
 #include "link/class_obex.h"
 
@@ -36,6 +39,7 @@ mainwin::mainwin(SettingsStore& settings, const InstanceIdentity& identity, std:
   control_ = std::make_unique<BasicControl>(*main_);
   run_ = std::make_unique<RunControl>(*main_);
   trigger_ = std::make_unique<TriggerControl>(*main_);
+  delay_ = std::make_unique<DelayControl>(*main_, *trigger_);
   hooks_ = std::make_unique<RoutedHooks>(*control_, *run_, *trigger_);
   main_->setHooks(hooks_.get());
   main_->attachLink(link_.get());
@@ -114,6 +118,9 @@ void mainwin::buildPanel() {
   FrameMode = new QGroupBox;
   FrameMode->setObjectName("FrameMode");
   auto* modeBox = new QVBoxLayout(FrameMode);
+  frameModeCaption_ = new QLabel;
+  frameModeCaption_->setWordWrap(true);
+  modeBox->addWidget(frameModeCaption_);
   KeyStart = new QPushButton("Start");
   KeyStart->setObjectName("KeyStart");
   KeyStart->setToolTip("Press to force single \r\nacquisition");
@@ -133,6 +140,21 @@ void mainwin::buildPanel() {
   FrameMode->setMaximumWidth(220);
   panel->addWidget(FrameMode);
   run_->onChange = [this] { refreshRunControls(); };
+
+  auto* trigBox = new QGroupBox("Trigger");
+  auto* trigLayout = new QVBoxLayout(trigBox);
+  triggerPanel_ = new TriggerPanel(*trigger_, [this] {
+    if (!delayPage_) delayPage_ = new DelayPage(*delay_, *trigger_, 0, this);
+    delayPage_->show();
+    delayPage_->raise();
+  });
+  trigLayout->addWidget(triggerPanel_);
+  trigBox->setMaximumWidth(220);
+  panel->addWidget(trigBox);
+  trigger_->onChange = [this] {
+    if (triggerPanel_) triggerPanel_->refresh();
+    if (delayPage_) delayPage_->refresh(0);
+  };
   panel->addStretch(1);
   row->addLayout(panel);
   setCentralWidget(central);
@@ -193,7 +215,7 @@ void mainwin::refreshRunControls() {
   AutoWait->setChecked(m.AutoWait);
   AutoWait->setToolTip(q(m.autoWaitToolTip));
   KeyStart->setVisible(m.keyStartVisible);
-  FrameMode->setTitle(q(m.frameModeCaption));
+  frameModeCaption_->setText(q(m.frameModeCaption));
 }
 
 bool mainwin::eventFilter(QObject* watched, QEvent* event) {

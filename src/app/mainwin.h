@@ -20,6 +20,9 @@
 namespace zorvik {
 
 class DevicePage;
+class DelayPage;
+class TriggerPanel;
+class DelayControl;
 class RegistryStore;
 class TracePlaceholder;
 class ClassOBEX;
@@ -71,6 +74,9 @@ class mainwin : public QMainWindow, private MainView {
   std::unique_ptr<BasicControl> control_;
   std::unique_ptr<RunControl> run_;
   std::unique_ptr<TriggerControl> trigger_;
+  std::unique_ptr<DelayControl> delay_;
+  TriggerPanel* triggerPanel_ = nullptr;
+  DelayPage* delayPage_ = nullptr;
   std::unique_ptr<RoutedHooks> hooks_;
   std::unique_ptr<KeyActions> keyActions_;
   std::unique_ptr<KeyMap> keys_;
@@ -82,6 +88,7 @@ class mainwin : public QMainWindow, private MainView {
   QCheckBox* WorkMode = nullptr;
   QCheckBox* AutoWait = nullptr;
   QGroupBox* FrameMode = nullptr;
+  QLabel* frameModeCaption_ = nullptr;  // the caption of FrameMode, wrapped
   QAction* LinkControl = nullptr;
   QLabel* ModeTransparant = nullptr;
   QLabel* NoTriggerTransparant = nullptr;

@@ -1,0 +1,32 @@
+#pragma once
+#include <QButtonGroup>
+#include <QDialog>
+#include <QLabel>
+#include <QPushButton>
+#include <QScrollBar>
+
+namespace zorvik {
+
+class DelayControl;
+class TriggerControl;
+
+// "Trigger delay": the delay in µs by digits, a weight for the digit the scroll moves, off and restore.
+class DelayPage : public QDialog {
+  Q_OBJECT
+ public:
+  DelayPage(DelayControl& delay, TriggerControl& trigger, double centreSeconds, QWidget* parent = nullptr);
+  void refresh(double centreSeconds);
+  void closeEvent(QCloseEvent* event) override;
+
+ private:
+  DelayControl& delay_;
+  TriggerControl& trigger_;
+  QLabel* TrigDelayLbl = nullptr;
+  QLabel* TimeAsqLbl = nullptr;
+  QScrollBar* Coma = nullptr;
+  QPushButton* KeyDelayOff = nullptr;
+  QPushButton* KeyDelayRestore = nullptr;
+  bool filling_ = false;  // keeps Coma quiet while the page is filled
+};
+
+}  // namespace zorvik
