@@ -39,6 +39,18 @@ out=$("$cli" session --packets 2 --timeout 2 --sim fault=missing:TPl 2>/dev/null
 check "missing limit fails" "[ $rc -eq 1 ]"
 check "missing limit stays setting up" "echo '$out' | grep -q '\"ready_reached\":false'"
 
+"$cli" sim --packets 2 --out "$tmp/s" --sim rate=max >/dev/null; rc=$?
+check "sim exit" "[ $rc -eq 0 ]"
+check "sim files" "[ -f $tmp/s/0001.zrv ] && [ -f $tmp/s/0002.zrv ]"
+check "sim magic" "head -c 7 $tmp/s/0001.zrv | od -An -c | grep -q 'z   o   r   v   i   k 001'"
+"$cli" csv "$tmp/s/0001.zrv" --out "$tmp/a.csv"; rc=$?
+check "csv exit" "[ $rc -eq 0 ]"
+check "csv ends CR CR LF" "[ \"\$(tail -c 3 $tmp/a.csv | od -An -tx1 | tr -d ' ')\" = 0d0d0a ]"
+"$cli" csv "$tmp/missing" --out "$tmp/x.csv" 2>/dev/null; rc=$?
+check "csv missing exit 2" "[ $rc -eq 2 ]"
+"$cli" session --packets 1 --sim rate=max --save-last "$tmp/last.zrv" >/dev/null; rc=$?
+check "session save-last" "[ $rc -eq 0 ] && [ -s $tmp/last.zrv ]"
+
 export ZORVIK_REGISTRY="$tmp/store.sqlite"
 "$cli" settings set "View/Color=3" "Ch1/Offset=-12" >/dev/null; rc=$?
 check "settings set" "[ $rc -eq 0 ]"

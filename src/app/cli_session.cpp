@@ -10,6 +10,7 @@
 #include "config/text_number.h"
 #include <cstdlib>
 #include "core/fault.h"
+#include "export/packet_files.h"
 #include "link/headless_session.h"
 
 namespace zorvik {
@@ -65,6 +66,7 @@ QJsonObject registers(const DeviceCache& c) {
 
 int runSessionCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err) {
   SessionOptions opt;
+  std::string saveLast;
   std::vector<std::string> rest;
   for (size_t i = 0; i < args.size(); ++i) {
     auto value = [&](const std::string& name) {
@@ -89,6 +91,8 @@ int runSessionCommand(const std::vector<std::string>& args, std::ostream& out, s
         if (comma == std::string::npos) break;
         start = comma + 1;
       }
+    } else if (args[i] == "--save-last") {
+      saveLast = value("--save-last");
     } else if (args[i] == "--single") {
       opt.single = true;
     } else {
@@ -110,6 +114,7 @@ int runSessionCommand(const std::vector<std::string>& args, std::ostream& out, s
   SessionResult result = session.run(opt);
 
   MainController& m = session.main();
+  if (!saveLast.empty()) saveLastPacketTo(m, saveLast);
   QJsonObject o;
   o["state"] = sessionStateName(m.sessionState());
   o["ready_reached"] = result.readyReached;

@@ -53,5 +53,6 @@ int main(int argc, char** argv) {
   zorvik::mainwin window(*settings, identity, std::move(link), commandLine);
   window.setRegistry(store.get(), zorvik::CpuMHz());
   window.show();
+  window.restoreDefaultPacket();
   return app.exec();
 }

@@ -13,6 +13,8 @@
 
 #include "app/delay_page.h"
 #include "app/device_page.h"
+#include "app/packet_file_menu.h"
+#include "export/packet_files.h"
 #include "app/trigger_panel.h"
 #include "control/delay_control.h"
 #include "app/trace_placeholder.h"
@@ -75,6 +77,8 @@ void mainwin::buildMenus() {
   QAction* setup = linkMenu->addAction("Port setup", [this] { main_->LinkSetup_Click(); });
   setup->setObjectName("LinkSetup");
   linkMenu->addSeparator();
+  QMenu* fileMenu = menuBar()->addMenu("&File");
+  addPacketFileMenu(fileMenu, *main_, fileDialogs_);
   QAction* exitAction = linkMenu->addAction("Exit", [this] { close(); });
   exitAction->setObjectName("Exit");
 
@@ -201,6 +205,8 @@ void mainwin::stateChanged() {
     if (!s.devicePageVisible && devicePage_->isVisible()) devicePage_->hide();
   }
 }
+
+void mainwin::restoreDefaultPacket() { zorvik::restoreDefaultPacket(*main_); }
 
 void mainwin::clearDisplay() { display_->clear(); }
 

@@ -15,6 +15,7 @@
 #include "link/routed_hooks.h"
 #include "link/run_control.h"
 #include "link/run_key_actions.h"
+#include "ui/file_dialog_qt.h"
 #include "ui/qt_message_sink.h"
 
 namespace zorvik {
@@ -37,6 +38,8 @@ class mainwin : public QMainWindow, private MainView {
   ~mainwin() override;
 
   MainController& core() { return *main_; }
+  // The last step of start-up: default.zrv of the start directory on the screen.
+  void restoreDefaultPacket();
   // The store behind the settings (null when running on defaults) for the Registry menu.
   void setRegistry(RegistryStore* store, int cpuMHz);
   QtMessageSink& messages() { return sink_; }
@@ -69,6 +72,7 @@ class mainwin : public QMainWindow, private MainView {
   int cpuMHz_ = 200;
   QMenu* registryMenu_ = nullptr;
   QtMessageSink sink_;
+  QtFileDialogs fileDialogs_{this};
   std::unique_ptr<ClassOBEX> link_;
   std::unique_ptr<MainController> main_;
   std::unique_ptr<BasicControl> control_;

@@ -9,7 +9,7 @@ namespace zorvik {
 bool WriteTextFile(const std::string& path, const std::string& text, MessageSink& messages,
                    const std::string& title) {
   try {
-    writeFileReplacing(path, text + "\r\n");
+    writeFileReplacing(path, textFileBytes(text));
     return true;
   } catch (const std::exception&) {
     messages.show(BoxKind::Critical, title, kTextFileError);

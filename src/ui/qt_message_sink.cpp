@@ -8,7 +8,8 @@
 namespace zorvik {
 
 namespace {
-QString q(const std::string& s) { return QString::fromLatin1(s.data(), static_cast<qsizetype>(s.size())); }
+// Texts are bytes; the program's own are ASCII and paths are UTF-8.
+QString q(const std::string& s) { return QString::fromUtf8(s.data(), static_cast<qsizetype>(s.size())); }
 
 // Remembering an answer must not throw out of a box's handler; a store that can't write says so.
 template <typename F>

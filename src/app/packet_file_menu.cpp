@@ -1,0 +1,40 @@
+#include "app/packet_file_menu.h"
+
+#include <exception>
+
+#include "export/packet_files.h"
+#include "link/main_controller.h"
+
+namespace zorvik {
+
+namespace {
+
+template <typename F>
+void runGuarded(MainController& main, F&& command) {
+  try {
+    command();
+  } catch (const std::exception& e) {
+    main.messages().show(BoxKind::Critical, main.identity().InstanceTitle, e.what());
+  }
+}
+
+}  // namespace
+
+void addPacketFileMenu(QMenu* menu, MainController& main, FileDialogs& dialogs) {
+  QMenu* save = menu->addMenu("Save last packet:");
+  save->setObjectName("SaveLastPacket");
+  QAction* binary = save->addAction("binary file", menu, [&main, &dialogs] {
+    runGuarded(main, [&] { PacketFiles(main, dialogs).SaveLastPacket2binary(); });
+  });
+  binary->setObjectName("SaveLastPacket2binary");
+  QAction* csv = save->addAction("CSV file", menu, [&main, &dialogs] {
+    runGuarded(main, [&] { PacketFiles(main, dialogs).SaveLastPacket2csv(); });
+  });
+  csv->setObjectName("SaveLastPacket2csv");
+  QAction* restore = menu->addAction("Restore from file", menu, [&main, &dialogs] {
+    runGuarded(main, [&] { PacketFiles(main, dialogs).RestorePacketFromBinary(); });
+  });
+  restore->setObjectName("RestorePacketFromBinary");
+}
+
+}  // namespace zorvik

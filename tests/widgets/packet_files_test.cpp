@@ -1,0 +1,103 @@
+#include <QDir>
+#include <QFileDialog>
+#include <QMenu>
+#include <QTemporaryDir>
+#include <QtTest>
+#include <functional>
+
+#include "app/packet_file_menu.h"
+#include "export/scripted_file_dialogs.h"
+#include "link/main_controller.h"
+#include "ui/file_dialog_qt.h"
+#include "ui/recording_sink.h"
+
+using namespace zorvik;
+
+namespace {
+// Acts on the file dialog once it stands (looked for until it shows); the test goes on when exec() returns.
+void onDialog(std::function<void(QFileDialog*)> act) {
+  auto* timer = new QTimer;
+  QObject::connect(timer, &QTimer::timeout, [timer, act] {
+    for (QWidget* w : QApplication::topLevelWidgets()) {
+      if (auto* d = qobject_cast<QFileDialog*>(w); d && d->isVisible()) {
+        timer->deleteLater();
+        timer->stop();
+        act(d);
+        return;
+      }
+    }
+  });
+  timer->start(20);
+}
+}  // namespace
+
+class PacketFilesWidgetTest : public QObject {
+  Q_OBJECT
+
+ private slots:
+  void menuEntriesAndTheirFaults() {
+    MemorySettings settings;
+    RecordingSink sink;
+    MainView view;
+    MainController main(settings, sink, view);
+    ScriptedFileDialogs dialogs;
+    QMenu menu;
+    addPacketFileMenu(&menu, main, dialogs);
+    auto* save = menu.findChild<QMenu*>("SaveLastPacket");
+    auto* binary = menu.findChild<QAction*>("SaveLastPacket2binary");
+    auto* csv = menu.findChild<QAction*>("SaveLastPacket2csv");
+    auto* restore = menu.findChild<QAction*>("RestorePacketFromBinary");
+    QVERIFY(save && binary && csv && restore);
+    QCOMPARE(save->title(), QString("Save last packet:"));
+    QCOMPARE(binary->text(), QString("binary file"));
+    QCOMPARE(csv->text(), QString("CSV file"));
+    QCOMPARE(restore->text(), QString("Restore from file"));
+    QCOMPARE(binary->parent(), save);
+
+    // A fault of a command becomes the critical box.
+    dialogs.answers = {"/no/such/folder/p.zrv"};
+    binary->trigger();
+    QCOMPARE(sink.messages.back().kind, BoxKind::Critical);
+    QVERIFY(QString::fromStdString(sink.messages.back().text).contains("/no/such/folder/p.zrv"));
+  }
+
+  void qtDialogShowsTheRequestAndReportsWhereItEnded() {
+    QTemporaryDir dir;
+    QDir(dir.path()).mkdir("sub");
+    QtFileDialogs dialogs;
+    FileDialogRequest request;
+    request.kind = FileDialogKind::Save;
+    request.title = "File Save: Zorvik CSV data";
+    request.filters = {{"Zorvik CSV Files (*.csv)", "*.csv"}, {"All Files (*.*)", "*.*"}};
+    request.defaultExtension = "csv";
+    request.initialFolder = dir.path().toStdString();
+    QString title, folder;
+    QStringList filters;
+    bool confirms = false;
+    onDialog([&](QFileDialog* d) {
+      title = d->windowTitle();
+      filters = d->nameFilters();
+      folder = d->directory().absolutePath();
+      confirms = !d->testOption(QFileDialog::DontConfirmOverwrite);
+      d->setDirectory(dir.filePath("sub"));
+      d->selectFile(dir.filePath("sub/out"));
+      static_cast<QDialog*>(d)->accept();  // as the Save key does
+    });
+    FileDialogAnswer a = dialogs.ask(request);
+    QCOMPARE(title, QString("File Save: Zorvik CSV data"));
+    QCOMPARE(filters, QStringList({"Zorvik CSV Files (*.csv)", "All Files (*)"}));
+    QCOMPARE(folder, QDir(dir.path()).absolutePath());
+    QVERIFY(confirms);
+    QCOMPARE(QString::fromStdString(a.path), dir.filePath("sub/out.csv"));
+    QCOMPARE(QString::fromStdString(a.folder), dir.filePath("sub"));
+
+    // Cancelled: no name, but still where it stood.
+    onDialog([](QFileDialog* d) { d->reject(); });
+    a = dialogs.ask(request);
+    QVERIFY(a.path.empty());
+    QCOMPARE(QString::fromStdString(a.folder), QDir(dir.path()).absolutePath());
+  }
+};
+
+QTEST_MAIN(PacketFilesWidgetTest)
+#include "packet_files_test.moc"
