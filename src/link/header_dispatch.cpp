@@ -273,8 +273,6 @@ void MainController::risDiagnostic(const std::string& value) {
   }
 }
 
-void MainController::ObexLinkDLL1_rollevent(const std::string& /*chunk*/, int32_t /*total*/) {
-  // The roll stream is drawn by the display stage; without it the pieces are consumed.
-}
+void MainController::ObexLinkDLL1_rollevent(const std::string& chunk, int32_t total) { roll_->rollevent(chunk, total); }
 
 }  // namespace zorvik

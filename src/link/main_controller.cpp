@@ -31,6 +31,7 @@ InstanceIdentity makeIdentity(int instance) {
 
 MainController::MainController(SettingsStore& settings, MessageSink& messages, MainView& view)
     : settings_(settings), messages_(messages), view_(view), processor_(*this) {
+  roll_ = std::make_unique<RollStream>(static_cast<RollHost&>(*this), noCanvas_);
   identity_ = makeIdentity(1);
   state_.caption = identity_.caption;
   firstTimeTimer_.setSingleShot(true);
@@ -289,6 +290,29 @@ void MainController::PlotSpeedTest() {
   qint64 elapsed = std::max<qint64>(1, timer.elapsed());
   state_.caption = std::to_string(20000 / elapsed);
   changed();
+}
+
+// --- roll stream ----------------------------------------------------------------------------------------
+
+void MainController::setRollCanvas(RollCanvas* canvas, std::function<RollSettings()> settings) {
+  roll_ = std::make_unique<RollStream>(static_cast<RollHost&>(*this), canvas ? *canvas : noCanvas_);
+  rollSettings_ = std::move(settings);
+}
+
+void MainController::rollHeader(const PacketInfo& header) {
+  state_.modeColor = header.triggered ? kColorWhite : kColorRed;
+  state_.noTriggerVisible = noTriggerMsg_ && !header.triggered;
+  for (int n = 1; n <= header.segments; ++n)
+    SetModeLabel(segmentMode(header.segmentWords[n - 1]), averagesPeaks_ != 0 && header.triggered, n);
+  changed();
+}
+
+void MainController::rollSampleCount(int count) { showCurSamples(count); }
+
+void MainController::rollProgress(bool finished) {
+  if (workModeSerial) return;
+  state_.modeColor = kColorWhite;
+  setModeText(finished ? "Stopped" : "Progress");
 }
 
 }  // namespace zorvik

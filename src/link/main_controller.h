@@ -1,6 +1,7 @@
 #pragma once
 #include <QTimer>
 #include <array>
+#include <functional>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -12,6 +13,7 @@
 #include "link/device_cache.h"
 #include "link/main_state.h"
 #include "signal/process_packet.h"
+#include "signal/roll_stream.h"
 #include "ui/messages.h"
 
 namespace zorvik {
@@ -27,7 +29,7 @@ InstanceIdentity makeIdentity(int instance);
 
 // The core of the main window: the link and its events, the session life cycle, the header dispatch and the
 // packet entry. Widgets show MainState and forward the user's actions here.
-class MainController : public ObexEvents, public PacketHost {
+class MainController : public ObexEvents, public PacketHost, private RollHost {
  public:
   MainController(SettingsStore& settings, MessageSink& messages, MainView& view);
   ~MainController() override;
@@ -113,6 +115,11 @@ class MainController : public ObexEvents, public PacketHost {
   bool risActive() const override { return risActive_; }
   int averagesPeaks() const override { return averagesPeaks_; }
   void unsupportedMode(const std::string& text) override;
+  // Where the roll stream draws, and the settings it reads at the start of each packet.
+  void setRollCanvas(RollCanvas* canvas, std::function<RollSettings()> settings);
+  bool workModeSerial = true;  // "Progress"/"Stopped" are shown only for single acquisitions
+  const RollStream& roll() const { return *roll_; }
+
   // The stages after the header go to the display and the readers, once they are attached.
   void setStages(PacketStages* stages) { stages_ = stages ? stages : &noStages_; }
   bool selectRectVisible() const override { return stages_->selectRectVisible(); }
@@ -143,6 +150,12 @@ class MainController : public ObexEvents, public PacketHost {
   void limitHeader(const std::string& name, const std::string& value);
   bool registerHeader(const std::string& name, const std::string& value);
 
+  // RollHost.
+  RollSettings rollSettings() override { return rollSettings_ ? rollSettings_() : RollSettings{}; }
+  void rollHeader(const PacketInfo& header) override;
+  void rollSampleCount(int count) override;
+  void rollProgress(bool finished) override;
+
   SettingsStore& settings_;
   MessageSink& messages_;
   MainView& view_;
@@ -171,6 +184,9 @@ class MainController : public ObexEvents, public PacketHost {
   int32_t showTimeMs_ = 0;
   std::string lastPacket_;
   int risRow_ = 0;
+  RollCanvas noCanvas_;
+  std::function<RollSettings()> rollSettings_;
+  std::unique_ptr<RollStream> roll_;
 };
 
 }  // namespace zorvik

@@ -59,6 +59,7 @@ void RunControl::loadSettings() {
   model_.risAveragesIndex = averagesEntryFor(risAveragesList(), ar);
   main_.cache().RT = static_cast<uint8_t>((main_.cache().RT & 0xFE) | (model_.AutoWait ? 0 : 1));
   model_.keyStartVisible = !model_.WorkMode;
+  main_.workModeSerial = model_.WorkMode;
   model_.frameModeCaption = model_.WorkMode ? (model_.AutoWait ? kAutoCaption : kNormCaption) : kManualCaption;
   setToolTips();
 }
@@ -83,6 +84,7 @@ void RunControl::showModeText() {
 }
 
 void RunControl::applyWorkMode() {
+  main_.workModeSerial = model_.WorkMode;
   if (model_.WorkMode) {
     model_.keyStartVisible = false;
     showModeText();
