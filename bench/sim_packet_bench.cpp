@@ -32,5 +32,26 @@ void BM_SimPacket(benchmark::State& state) {
 }
 BENCHMARK(BM_SimPacket)->DenseRange(0, 4)->Unit(benchmark::kMicrosecond);
 
+// The costliest trigger search: a level input four noise sigmas below the level, armed at once,
+// with the level always within the noise's reach and never reached, so the comparator steps until
+// it gives up. This bounds the time of one Norm packet whatever the signal.
+void BM_SimTriggerUndecided(benchmark::State& state) {
+  const SimConfig config = parseSimConfig("signal=dc,offset=-0.025,noise=0.00625");
+  SignalGenerator generator(config);
+  PacketBuilder builder(generator);
+  AcquisitionSetup setup;
+  setup.MC = 1000;
+  setup.TS = 100 * 256;
+  setup.QS = 1000;
+  setup.RT = 1;
+  setup.TW = 0x7FFFFFFF;
+  for (auto _ : state) {
+    const std::string& packet = builder.build(setup, 0.0);
+    benchmark::DoNotOptimize(packet.data());
+  }
+  state.SetLabel(builder.placement().hasData ? "fired" : "gave up");
+}
+BENCHMARK(BM_SimTriggerUndecided)->Unit(benchmark::kMicrosecond);
+
 }  // namespace
 }  // namespace zorvik

@@ -1,6 +1,7 @@
 // libFuzzer target: the first line as a --sim option text; if it parses, the rest as register
 // writes (a name index byte and four value bytes each) into the simulated device, then one packet
-// in every mode. A bad option may only end in a Fault; a packet must come out whatever was written.
+// in every mode and its delivery under parallel transfer. A bad option may only end in a Fault; a
+// packet must come out whatever was written, and its delivery must carry exactly its bytes.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -8,6 +9,7 @@
 #include <string_view>
 
 #include "core/fault.h"
+#include "sim/delivery_plan.h"
 #include "sim/packet_builder.h"
 #include "sim/sim_device.h"
 
@@ -40,6 +42,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
 
   zorvik::SignalGenerator generator(config);
   zorvik::PacketBuilder builder(generator);
+  zorvik::DeliveryPlan plan;
   zorvik::AcquisitionSetup setup = device.setup();
   setup.QS = std::min(setup.QS, kMaxFuzzRecord);
   for (uint8_t mode = 0; mode < 8; ++mode) {
@@ -47,6 +50,14 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     setup.qsh = std::min(config.qshForMode(mode), kMaxFuzzRecord);
     const std::string& packet = builder.build(setup, 0.0123);
     if (!packet.empty() && packet.size() < 4) __builtin_trap();
+    plan.make(setup, builder.placement(), 0.0123, packet.size(), true);
+    size_t covered = 0;
+    for (const zorvik::DeliveryPlan::Item& item : plan.items()) {
+      if (!(item.due >= 0) || item.end > packet.size()) __builtin_trap();
+      if (item.roll && (item.begin != covered || item.end <= item.begin)) __builtin_trap();
+      if (item.roll) covered = item.end;
+    }
+    if (plan.streamed() && covered != packet.size()) __builtin_trap();
   }
   return 0;
 }

@@ -17,6 +17,7 @@ HeadlessSession::HeadlessSession(SettingsStore& settings, const std::vector<std:
   control_ = std::make_unique<BasicControl>(*main_);
   run_ = std::make_unique<RunControl>(*main_);
   trigger_ = std::make_unique<TriggerControl>(*main_);
+  control_->wire(*run_, *trigger_);
   hooks_ = std::make_unique<RoutedHooks>(*control_, *run_, *trigger_);
   main_->setHooks(hooks_.get());
   keyActions_ = std::make_unique<RunKeyActions>(*main_, *run_, *trigger_);

@@ -49,6 +49,7 @@ class HeadlessSession : private MainView {
   SimulatedObex& sim() { return *sim_; }
   RunControl& run() { return *run_; }
   TriggerControl& trigger() { return *trigger_; }
+  BasicControl& control() { return *control_; }
   // Runs the event loop until the predicate holds or the time is up.
   static bool spinUntil(const std::function<bool()>& done, int timeoutMs);
 

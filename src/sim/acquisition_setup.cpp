@@ -1,8 +1,6 @@
 #include "sim/acquisition_setup.h"
 
 #include <algorithm>
-#include <cmath>
-#include <limits>
 
 namespace zorvik {
 
@@ -13,7 +11,13 @@ constexpr uint16_t kDefaultMilliVoltsPerDiv = 200;
 constexpr size_t kDefaultRecordLength = 1000;
 constexpr double kLowBandLimitHz = 3e3;   // only up to 200 mV/div
 constexpr double kHighBandLimitHz = 3e6;
-constexpr double kAutoWaitMin = 0.1;      // Auto mode with no TA: free run after this long
+// Auto mode with TA 0 does not give up at once, or it would never show a triggered trace.
+constexpr double kDefaultAutoWait = 0.1;
+// Records shorter than this come in one piece: streaming them would show nothing sooner.
+constexpr double kRollRecordSeconds = 0.1;
+// Hysteresis bands in 8-bit codes, "small" to "large", and trigger filters, "fastest" to "slowest".
+constexpr double kHysteresisCodes[4] = {2, 4, 8, 16};
+constexpr double kTriggerFilterHz[4] = {0, 1e6, 1e5, 1e4};
 
 }  // namespace
 
@@ -55,44 +59,30 @@ InputConditioning AcquisitionSetup::conditioning() const {
   return c;
 }
 
-RecordPlacement placeRecord(SignalGenerator& generator, const AcquisitionSetup& setup, double now) {
-  const double dt = setup.samplePeriod();
-  const double duration = static_cast<double>(setup.recordLength()) * dt;
-  const double delay = setup.countSeconds(setup.TD);
-  // With a delay the record starts after the trigger, so no presamples need to be waited for.
-  const double armed = now + (delay > 0 ? 0.0 : static_cast<double>(setup.presamples()) * dt);
-
-  const double level = setup.triggerLevel();
-  std::optional<double> crossing;
-  if ((setup.T1 & 0x20) != 0) crossing = generator.nextCrossing(armed, level, Edge::Rising);
-  if ((setup.T1 & 0x10) != 0) {
-    const std::optional<double> falling = generator.nextCrossing(armed, level, Edge::Falling);
-    if (falling && (!crossing || *falling < *crossing)) crossing = falling;
-  }
-
-  double limit = 0;
-  if (setup.normalTrigger())
-    limit = setup.TW != 0 ? setup.countSeconds(setup.TW) : std::numeric_limits<double>::infinity();
-  else
-    limit = setup.TA != 0 ? setup.countSeconds(setup.TA) : kAutoWaitMin + duration;
-
-  RecordPlacement place;
-  if (crossing && *crossing - armed <= limit) {
-    // The converter runs on its own grid: the trigger is seen at the next sample, which is the
-    // jitter of up to one sample that a real instrument shows.
-    const double seen = now + std::ceil((*crossing - now) / dt) * dt;
-    place.triggered = true;
-    place.start = delay > 0 ? seen + delay : seen - static_cast<double>(setup.presamples()) * dt;
-  } else if (setup.normalTrigger()) {
-    place.hasData = false;
-    place.start = now;
-    place.end = std::isfinite(limit) ? armed + limit : armed;
-    return place;
-  } else {
-    place.start = now;
-  }
-  place.end = place.start + duration;
-  return place;
+double AcquisitionSetup::hysteresisVolts(Edge edge) const {
+  const unsigned index = edge == Edge::Rising ? (T1 >> 2) & 3u : T1 & 3u;
+  return kHysteresisCodes[index] * voltsPerDiv() / 32.0;
 }
+
+double AcquisitionSetup::triggerFilterHz() const { return kTriggerFilterHz[(T1 >> 6) & 3u]; }
+
+InputConditioning AcquisitionSetup::triggerConditioning() const {
+  InputConditioning c = conditioning();
+  const double filter = triggerFilterHz();
+  // Two first-order stages act on an edge much like one with the sum of their time constants.
+  if (filter > 0) c.cutoffHz = c.cutoffHz > 0 ? 1.0 / (1.0 / c.cutoffHz + 1.0 / filter) : filter;
+  return c;
+}
+
+double AcquisitionSetup::triggerWait() const {
+  if (normalTrigger()) return countSeconds(TW);
+  return TA != 0 ? countSeconds(TA) : kDefaultAutoWait;
+}
+
+double AcquisitionSetup::recordSeconds() const {
+  return static_cast<double>(recordLength()) * samplePeriod();
+}
+
+bool AcquisitionSetup::rolls() const { return (RS & 2) != 0 && recordSeconds() > kRollRecordSeconds; }
 
 }  // namespace zorvik

@@ -79,7 +79,7 @@ void putWord(char* out, uint16_t word) {
 
 const std::string& PacketBuilder::build(const AcquisitionSetup& setup, double now) {
   generator_.condition(setup.conditioning());
-  placement_ = placeRecord(generator_, setup, now);
+  placement_ = placeRecord(trigger_, setup, now);
   packet_.clear();
   if (!placement_.hasData) return packet_;
 

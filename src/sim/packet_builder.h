@@ -3,7 +3,9 @@
 #include <vector>
 
 #include "sim/acquisition_setup.h"
+#include "sim/record_placement.h"
 #include "sim/signal_generator.h"
+#include "sim/trigger_path.h"
 
 namespace zorvik {
 
@@ -12,7 +14,7 @@ namespace zorvik {
 // nothing.
 class PacketBuilder {
  public:
-  explicit PacketBuilder(SignalGenerator& generator) : generator_(generator) {}
+  explicit PacketBuilder(SignalGenerator& generator) : generator_(generator), trigger_(generator) {}
 
   // Acquires with the device's clock at `now` seconds. The packet stays valid until the next call;
   // it is empty when Norm mode saw no trigger.
@@ -21,6 +23,7 @@ class PacketBuilder {
   bool triggered() const { return placement_.triggered; }
   // Device time when the acquisition is over.
   double endTime() const { return placement_.end; }
+  const RecordPlacement& placement() const { return placement_; }
 
  private:
   void encodeCodes8(const AcquisitionSetup& setup, size_t count, double noiseRms, char* out);
@@ -29,6 +32,7 @@ class PacketBuilder {
                    char* out);
 
   SignalGenerator& generator_;
+  TriggerPath trigger_;
   RecordPlacement placement_;
   std::string packet_;
   std::vector<float> volts_;

@@ -104,7 +104,7 @@ double SignalGenerator::sample(double t, double samplePeriod) {
 
 void SignalGenerator::cleanGrid(double t0, double dt, float* out, size_t count) const {
   const auto mean = static_cast<float>(mean_);
-  if (amplitude_ == 0 || waveform_ == Waveform::Dc || waveform_ == Waveform::Noise) {
+  if (steady()) {
     std::fill(out, out + count, mean);
     return;
   }
@@ -237,12 +237,11 @@ std::optional<double> SignalGenerator::crossingPhase(double level, Edge edge) co
   return std::nullopt;
 }
 
-std::optional<double> SignalGenerator::nextCrossing(double from, double level, Edge edge) {
-  if (waveform_ == Waveform::Noise) {
-    if (inputNoise_ > 0 && std::fabs(level - mean_) < 2 * inputNoise_)
-      return from + random_.uniform() * period();
-    return std::nullopt;
-  }
+bool SignalGenerator::steady() const {
+  return amplitude_ == 0 || waveform_ == Waveform::Dc || waveform_ == Waveform::Noise;
+}
+
+std::optional<double> SignalGenerator::nextCrossing(double from, double level, Edge edge) const {
   const std::optional<double> target = crossingPhase(level, edge);
   if (!target) return std::nullopt;
   double ahead = *target - phaseAt(from);

@@ -43,8 +43,11 @@ class SignalGenerator {
   void envelope(double t0, double span, const float* ends, size_t pairs, float* minMax) const;
 
   // The first time at or after `from` at which the clean signal passes `level` on the edge.
-  // Nothing when it never does. A noise input passes any level within its band at a random time.
-  std::optional<double> nextCrossing(double from, double level, Edge edge);
+  // Nothing when it never does; a steady signal never does (a noise input is all noise, no clean
+  // part: its crossings are the trigger's business).
+  std::optional<double> nextCrossing(double from, double level, Edge edge) const;
+  // True when the clean signal does not move.
+  bool steady() const;
 
   // The signal repeats after this time, so device time can be kept below it without losing phase.
   double period() const { return 1.0 / freq_; }

@@ -77,6 +77,8 @@ void applyFault(SimFaults& faults, std::string_view value) {
     faults.boot = true;
   } else if (value == "badheader") {
     faults.badHeader = true;
+  } else if (value == "notrigger") {
+    faults.noTrigger = true;
   } else if (value.starts_with("lost:")) {
     faults.lostAfter = parseUnsigned("fault", value.substr(5), 1, std::numeric_limits<int64_t>::max());
   } else if (value.starts_with("missing:")) {
@@ -85,7 +87,7 @@ void applyFault(SimFaults& faults, std::string_view value) {
       badValue("fault", value, "not a property name");
     faults.missing.emplace(name);
   } else {
-    badValue("fault", value, "nodevice, noport, boot, lost:N, badheader or missing:NAME");
+    badValue("fault", value, "nodevice, noport, boot, lost:N, badheader, notrigger or missing:NAME");
   }
 }
 

@@ -22,6 +22,8 @@ struct SimFaults {
   bool boot = false;                  // boot: the device has no runnable firmware
   std::optional<uint64_t> lostAfter;  // lost:N: the device is lost after the N-th packet of a session
   bool badHeader = false;             // badheader: an unknown header follows the session start
+  bool noTrigger = false;             // notrigger: the trigger comparator never fires, so Auto runs
+                                      //   free (untriggered packets) and Norm sends empty "D"s
   std::set<std::string> missing;      // missing:NAME: these properties never answer
 };
 

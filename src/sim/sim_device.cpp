@@ -140,6 +140,7 @@ AcquisitionSetup SimDevice::setup() const {
   s.AR = static_cast<uint8_t>(get("AR"));
   s.MCd = config_.MCd;
   s.qsh = config_.qshForMode(s.M1);
+  s.triggerDead = config_.faults.noTrigger;
   // The fast sampler's floor: the fewest clocks per sample it can do; bit 0 is half a clock.
   s.risFloor = 256;
   for (uint32_t n = 0; n < 32; ++n) {

@@ -26,9 +26,11 @@ SimulatedObex::SimulatedObex(SimConfig config)
       generator_(config_),
       builder_(generator_),
       acquisitionTimer_(makeTimer(context(), true)),
+      deliveryTimer_(makeTimer(context(), true)),
       searchTimer_(makeTimer(context(), true)),
       periodicTimer_(makeTimer(context(), false)) {
   QObject::connect(acquisitionTimer_, &QTimer::timeout, &context(), [this] { acquire(); });
+  QObject::connect(deliveryTimer_, &QTimer::timeout, &context(), [this] { deliverDue(); });
   QObject::connect(searchTimer_, &QTimer::timeout, &context(), [this] {
     session_ = Session::Closed;
     post([](ObexEvents& e) { e.ObexLinkDLL1_NoZorvikFoundEvent(); });
@@ -42,6 +44,7 @@ SimulatedObex::SimulatedObex(SimConfig config)
 // them first so that none can fire into a half-destroyed link.
 SimulatedObex::~SimulatedObex() {
   acquisitionTimer_->stop();
+  deliveryTimer_->stop();
   searchTimer_->stop();
   periodicTimer_->stop();
 }
@@ -112,6 +115,7 @@ void SimulatedObex::endSession() {
   singles_ = 0;
   calibrationDue_ = false;
   acquisitionTimer_->stop();
+  dropAcquisition();
   periodicTimer_->stop();
   post([](ObexEvents& e) { e.ObexLinkDLL1_EndSessionEvent(); });
 }
@@ -152,6 +156,7 @@ void SimulatedObex::SetRepeatCommand(bool enable, const std::string& name, bool)
   }
   repeat_ = false;
   held_ = false;
+  if (!acquiringSingle_) dropAcquisition();
   if (!acquisitionWanted()) acquisitionTimer_->stop();
 }
 
@@ -166,6 +171,7 @@ void SimulatedObex::SetPeriodicCommand(bool enable, const std::string& name, int
 void SimulatedObex::StopRepeat(bool resume) {
   held_ = !resume;
   if (held_) {
+    if (!acquiringSingle_) dropAcquisition();
     if (!acquisitionWanted()) acquisitionTimer_->stop();
   } else {
     scheduleAcquisition();
@@ -200,13 +206,13 @@ void SimulatedObex::write(const std::string& name, uint32_t bits) {
   if (session_ != Session::Open || !device_.write(name, bits)) return;
   // The echo carries what the device made of the value, which need not be what was written.
   GetRegister(name);
+  restartAfterWrite(name);
 }
 
 void SimulatedObex::ResendLast() {
   if (session_ != Session::Open || !hasLastPacket_) return;
-  post([packet = lastPacket_, parallel = parallel_](ObexEvents& e) {
-    e.ObexLinkDLL1_HeaderEvent("D", packet, parallel);
-  });
+  // A repeat is never streamed, so it is never marked as parallel.
+  post([packet = lastPacket_](ObexEvents& e) { e.ObexLinkDLL1_HeaderEvent("D", packet, false); });
 }
 
 void SimulatedObex::calibrate() {
@@ -218,7 +224,7 @@ void SimulatedObex::calibrate() {
 }
 
 void SimulatedObex::scheduleAcquisition() {
-  if (!acquisitionWanted() || acquisitionTimer_->isActive()) return;
+  if (!acquisitionWanted() || acquisitionTimer_->isActive() || acquiring_) return;
   int delay = config_.pacingMs();
   if (calibrationDue_) {
     delay += kCalibrationMs;
@@ -229,39 +235,90 @@ void SimulatedObex::scheduleAcquisition() {
 
 void SimulatedObex::acquire() {
   if (!acquisitionWanted()) return;
-  if (!repeating()) --singles_;
+  acquiringSingle_ = !repeating();
+  if (acquiringSingle_) --singles_;
 
-  const std::string& packet = builder_.build(device_.setup(), deviceTime_);
+  const AcquisitionSetup setup = device_.setup();
+  const double now = deviceTime_;
+  packet_ = builder_.build(setup, now);
+  const RecordPlacement& place = builder_.placement();
+  plan_.make(setup, place, now, packet_.size(), parallel_);
+  decidedMs_ = dueMs(place.decided - now);
   // The device rests between acquisitions for a pacing interval that varies a little, so that
   // an untriggered trace lands at a new phase each time, as it would on the bench.
   const double pause = (config_.pacingMs() > 0 ? config_.pacingMs() / 1000.0 : 0.001) *
                        (0.5 + generator_.random().uniform());
-  deviceTime_ = std::fmod(builder_.endTime() + pause, generator_.period());
+  deviceTime_ = std::fmod(place.end + pause, generator_.period());
   if (!std::isfinite(deviceTime_) || deviceTime_ < 0) deviceTime_ = 0;
 
+  acquiring_ = true;
+  nextItem_ = 0;
+  clock_.start();
+  deliverDue();
+}
+
+double SimulatedObex::dueMs(double seconds) const {
+  if (config_.pacingMs() <= 0 || !(seconds > 0)) return 0;
+  // The pacing interval has passed before the acquisition began.
+  return std::max(0.0, std::ceil(seconds * 1000.0) - config_.pacingMs());
+}
+
+void SimulatedObex::deliverDue() {
+  // A timer waits at most this long at a time; a longer wait is taken in several.
+  constexpr double kLongestWaitMs = 1 << 30;
+  const std::vector<DeliveryPlan::Item>& items = plan_.items();
+  while (acquiring_ && nextItem_ < items.size()) {
+    const DeliveryPlan::Item& item = items[nextItem_];
+    const double wait = dueMs(item.due) - static_cast<double>(clock_.elapsed());
+    if (wait > 0) {
+      deliveryTimer_->start(static_cast<int>(std::min(wait, kLongestWaitMs)));
+      return;
+    }
+    ++nextItem_;
+    if (!item.roll) {
+      finishAcquisition();
+      return;
+    }
+    const int32_t total = item.begin == 0 ? static_cast<int32_t>(packet_.size()) : 0;
+    post([chunk = packet_.substr(item.begin, item.end - item.begin), total](ObexEvents& e) {
+      e.ObexLinkDLL1_rollevent(chunk, total);
+    });
+  }
+}
+
+void SimulatedObex::finishAcquisition() {
+  acquiring_ = false;
   ++packetsSent_;
   ++sessionPackets_;
-  if (!packet.empty()) {
-    lastPacket_ = packet;
+  if (!packet_.empty()) {
+    lastPacket_ = packet_;
     hasLastPacket_ = true;
-    if (parallel_) {
-      // In parallel transfer the packet also streams in pieces while it is taken.
-      for (size_t pos = 0; pos < packet.size(); pos += kRollChunk) {
-        const int32_t total = pos == 0 ? static_cast<int32_t>(packet.size()) : 0;
-        post([chunk = packet.substr(pos, kRollChunk), total](ObexEvents& e) {
-          e.ObexLinkDLL1_rollevent(chunk, total);
-        });
-      }
-    }
   }
-  post([packet = std::string(packet), parallel = parallel_](ObexEvents& e) {
+  post([packet = packet_, parallel = plan_.streamed()](ObexEvents& e) {
     e.ObexLinkDLL1_HeaderEvent("D", packet, parallel);
   });
-
   if (config_.faults.lostAfter && sessionPackets_ >= *config_.faults.lostAfter) {
     endSession();
     return;
   }
+  scheduleAcquisition();
+}
+
+void SimulatedObex::dropAcquisition() {
+  deliveryTimer_->stop();
+  acquiring_ = false;
+}
+
+void SimulatedObex::restartAfterWrite(const std::string& name) {
+  if (!acquiring_) return;
+  // A new time base or record layout spoils the record under way; a new trigger setting matters
+  // only while the trigger is still awaited.
+  const bool layout = name == "MC" || name == "TS" || name == "QS" || name == "M1";
+  const bool trigger = name == "T1" || name == "S1" || name == "RT" || name == "TA" || name == "TW" ||
+                       name == "TD" || name == "TC";
+  if (!layout && !(trigger && static_cast<double>(clock_.elapsed()) < decidedMs_)) return;
+  if (acquiringSingle_) ++singles_;
+  dropAcquisition();
   scheduleAcquisition();
 }
 

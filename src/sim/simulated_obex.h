@@ -1,9 +1,11 @@
 #pragma once
+#include <QElapsedTimer>
 #include <cstdint>
 #include <functional>
 #include <string>
 
 #include "link/class_obex.h"
+#include "sim/delivery_plan.h"
 #include "sim/packet_builder.h"
 #include "sim/signal_generator.h"
 #include "sim/sim_config.h"
@@ -16,6 +18,11 @@ namespace zorvik {
 // The virtual instrument behind the link contract: a session handshake, registers that echo,
 // properties, acquisitions paced like a USB device, and the faults of the configuration.
 // Every answer is queued on the event loop; nothing is delivered from inside a call.
+//
+// An acquisition takes its time: presamples, the wait for the trigger up to the time-out, the
+// record. A packet leaves at the pacing interval or when its acquisition is over, whichever is
+// later (with `rate=max` at once: the device's time then passes only in the signal). Long records
+// with RS bit 1 under parallel transfer stream as roll events while they are taken.
 class SimulatedObex : public ClassOBEX {
  public:
   explicit SimulatedObex(SimConfig config);
@@ -60,12 +67,10 @@ class SimulatedObex : public ClassOBEX {
   int32_t firmwareTimeoutMs() const { return firmwareTimeoutMs_; }
   int32_t showTimeMs() const { return showTimeMs_; }
 
-  // Calibration holds the next packet back by this long.
+  // Calibration holds the next packet back by this long; it sends nothing.
   static constexpr int kCalibrationMs = 50;
   // A search for a device that is not there gives up after this long.
   static constexpr int kSearchMs = 200;
-  // Bytes in one piece of a streamed packet in parallel transfer.
-  static constexpr size_t kRollChunk = 512;
 
  private:
   enum class Session { Closed, Searching, Boot, Starting, Open };
@@ -77,6 +82,13 @@ class SimulatedObex : public ClassOBEX {
   void write(const std::string& name, uint32_t bits);
   void scheduleAcquisition();
   void acquire();
+  // Sends what of the acquisition under way is due, and waits for the rest.
+  void deliverDue();
+  void finishAcquisition();
+  void dropAcquisition();
+  // Ends the acquisition under way, if the write changes what it would be, and starts anew.
+  void restartAfterWrite(const std::string& name);
+  double dueMs(double seconds) const;
   void calibrate();
   void endSession();
 
@@ -86,6 +98,7 @@ class SimulatedObex : public ClassOBEX {
   PacketBuilder builder_;
 
   QTimer* acquisitionTimer_;
+  QTimer* deliveryTimer_;
   QTimer* searchTimer_;
   QTimer* periodicTimer_;
 
@@ -98,6 +111,15 @@ class SimulatedObex : public ClassOBEX {
   bool calibrationDue_ = false;
   bool parallel_ = false;
   double deviceTime_ = 0;       // seconds on the device's clock, kept within one signal period
+
+  // The acquisition under way: its packet, what is still to be sent, and since when.
+  bool acquiring_ = false;
+  bool acquiringSingle_ = false;  // asked for by "D", not by the repetition
+  std::string packet_;
+  DeliveryPlan plan_;
+  size_t nextItem_ = 0;
+  double decidedMs_ = 0;          // until then the trigger is still awaited
+  QElapsedTimer clock_;
   uint64_t packetsSent_ = 0;
   uint64_t sessionPackets_ = 0;
   std::string lastPacket_;

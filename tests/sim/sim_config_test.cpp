@@ -18,7 +18,7 @@ std::string faultText(std::string_view options) {
 TEST(SimConfig, ReadsEveryKindOfKeyAndKeepsTheRestAtDefault) {
   const SimConfig c = parseSimConfig(
       " signal=square, freq=2.5e3 ,vpp=0.4,offset=-0.1,noise=0,seed=42,rate=max,VNM=Box 9,"
-      "TOv=0x3,MCh=65535,QSh=4096,P1l=-100,L_B=255,fault=lost:3,fault=missing:TPl,");
+      "TOv=0x3,MCh=65535,QSh=4096,P1l=-100,L_B=255,fault=lost:3,fault=missing:TPl,fault=notrigger,");
   EXPECT_EQ(c.signal, Waveform::Square);
   EXPECT_DOUBLE_EQ(c.freq, 2500.0);
   EXPECT_DOUBLE_EQ(c.offset, -0.1);
@@ -31,6 +31,7 @@ TEST(SimConfig, ReadsEveryKindOfKeyAndKeepsTheRestAtDefault) {
   EXPECT_EQ(c.L_B, 255);
   EXPECT_EQ(c.faults.lostAfter, 3u);
   EXPECT_EQ(c.faults.missing.count("TPl"), 1u);
+  EXPECT_TRUE(c.faults.noTrigger);
   // Untouched keys keep the defaults.
   EXPECT_EQ(c.VSN, "ZV1-000123");
   EXPECT_EQ(c.MCd, 1000u);

@@ -1,0 +1,117 @@
+#include "display/interpolation.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "display/sample_buffer.h"
+#include "display/whole_numbers.h"
+
+namespace zorvik {
+
+namespace {
+constexpr int64_t kTable = 1024;
+const double kPiStep = static_cast<double>(kPiF);
+const double kLzStep = static_cast<double>(kPiF) / kLanczosWindow;
+
+int32_t finish(double sum) {
+  if (sum != sum) sum = 0;
+  sum = std::clamp(sum, -32768.0, 32767.0);
+  return static_cast<int32_t>(roundEven(sum + 32768));
+}
+
+double sumOf(const double* terms, int n) {
+  double sum = 0;
+  for (int m = 0; m < n; ++m) sum += terms[m];
+  return sum;
+}
+}  // namespace
+
+Interpolator::Interpolator() {
+  const size_t n = 2 * kTable + 1;
+  sinPi_.resize(n), cosPi_.resize(n), sinLz_.resize(n), cosLz_.resize(n);
+  for (size_t j = 0; j < n; ++j) {
+    const double k = static_cast<double>(kTable - static_cast<int64_t>(j));
+    sinPi_[j] = std::sin(k * kPiStep);
+    cosPi_[j] = std::cos(k * kPiStep);
+    sinLz_[j] = std::sin(k * kLzStep);
+    cosLz_[j] = std::cos(k * kLzStep);
+  }
+}
+
+void Interpolator::prepareLagrange(int taps) {
+  if (lagrangeTaps_ == taps) return;
+  binomial_.assign(static_cast<size_t>(taps), 1.0);
+  for (int m = 1; m < taps; ++m)
+    binomial_[static_cast<size_t>(m)] = binomial_[static_cast<size_t>(m - 1)] * (taps - m) / m;
+  lagrangeTaps_ = taps;
+}
+
+int32_t Interpolator::at(Interpolation kind, const SampleBuf& s, float p, int taps) {
+  const int64_t i = floorWhole(p);
+  if (static_cast<double>(p) == static_cast<double>(i)) return s.at(i);
+  const int64_t len = s.length();
+  if (i < 0 || i >= len) return 0;
+  const int n = static_cast<int>(std::clamp<int64_t>(std::min<int64_t>(taps, len), 1, kMaxTaps));
+  int64_t first = std::max<int64_t>(i + 1 - n / 2, 0);
+  int64_t last = first + n - 1;
+  if (last > len - 1) {
+    last = len - 1;
+    first = last - n + 1;
+  }
+  const int32_t* d = s.data() + first;
+  // p - k for k = first + m is q - m, exact in double.
+  const double q = static_cast<double>(p) - static_cast<double>(first);
+  double* terms = terms_.data();
+
+  if (kind == Interpolation::Lagrange) {
+    // In barycentric form: the product over j != k of (p - j) / (k - j) is
+    // c x (-1)^(taps-1-m) x C(taps-1, m) / (q - m), with c = q (q - 1) ... (q - taps + 1) / (taps - 1)!.
+    prepareLagrange(n);
+    double c = q;
+    for (int j = 1; j < n; ++j) c *= (q - j) / j;
+    for (int m = 0; m < n; ++m) {
+      const double sign = ((n - 1 - m) & 1) ? -1.0 : 1.0;
+      terms[m] = c * sign * binomial_[static_cast<size_t>(m)] / (q - m) * (d[m] - 0x8000);
+    }
+    return finish(sumOf(terms, n));
+  }
+
+  // The angle of term m is (i - first - m + f) x step: the table's multiple plus one angle a per point.
+  const double f = static_cast<double>(p) - static_cast<double>(i);
+  const int64_t base = kTable - (i - first);
+  const bool tabled = base >= 0 && base + n <= 2 * kTable + 1;
+  const double a = f * kPiStep, sa = std::sin(a), ca = std::cos(a);
+  if (kind == Interpolation::SinX) {
+    if (tabled) {
+      const double* S = sinPi_.data() + base;
+      const double* C = cosPi_.data() + base;
+      for (int m = 0; m < n; ++m) {
+        const double t = (q - m) * kPiStep;
+        terms[m] = (S[m] * ca + C[m] * sa) / t * (d[m] - 0x8000);
+      }
+    } else {
+      for (int m = 0; m < n; ++m) {
+        const double t = (q - m) * kPiStep;
+        terms[m] = std::sin(t) / t * (d[m] - 0x8000);
+      }
+    }
+    return finish(sumOf(terms, n));
+  }
+  const double b = f * kLzStep, sb = std::sin(b), cb = std::cos(b);
+  if (tabled) {
+    const double *S = sinPi_.data() + base, *C = cosPi_.data() + base;
+    const double *SL = sinLz_.data() + base, *CL = cosLz_.data() + base;
+    for (int m = 0; m < n; ++m) {
+      const double t = (q - m) * kPiStep;
+      terms[m] = (S[m] * ca + C[m] * sa) / t * (d[m] - 0x8000) * kLanczosWindow * (SL[m] * cb + CL[m] * sb) / t;
+    }
+  } else {
+    for (int m = 0; m < n; ++m) {
+      const double t = (q - m) * kPiStep;
+      terms[m] = std::sin(t) / t * (d[m] - 0x8000) * kLanczosWindow * std::sin(t / kLanczosWindow) / t;
+    }
+  }
+  return finish(sumOf(terms, n));
+}
+
+}  // namespace zorvik

@@ -1,0 +1,93 @@
+#include "display/label_painter.h"
+
+#include <QFont>
+#include <QFontMetrics>
+#include <QPainter>
+
+#include "display/display_geometry.h"
+#include "display/display_labels.h"
+#include "display/display_settings.h"
+
+namespace zorvik {
+
+namespace {
+
+const QColor kLabelColour(200, 200, 200);
+const QColor kRisColour(255, 255, 0);
+const QColor kNoTriggerColour(255, 0, 0);
+
+QColor fromBgr(uint32_t bgr) { return QColor(bgr & 0xFF, (bgr >> 8) & 0xFF, (bgr >> 16) & 0xFF); }
+QColor fromItem(int item, int level) { return QColor::fromRgb(itemColor(item, level)); }
+
+// Text with its anchor: 0 left, 1 centre, 2 right of x; the baseline below `top`.
+void text(QPainter& p, const std::string& s, int x, int top, int align, const QColor& colour) {
+  if (s.empty()) return;
+  const QString t = QString::fromStdString(s);
+  const QFontMetrics m(p.font());
+  const int w = m.horizontalAdvance(t);
+  const int left = align == 0 ? x : align == 1 ? x - w / 2 : x - w;
+  p.setPen(colour);
+  p.drawText(QPoint(left, top + m.ascent()), t);
+}
+
+}  // namespace
+
+int labelPixelSize(int storedSize, int zoomIndex) { return std::max(6, storedSize + 4 + 2 * zoomIndex); }
+
+void paintLabels(QPainter& p, const DisplayLabels& l, const DisplaySettings& s, const DisplayGeometry& g) {
+  const int w = g.plotWidth();
+  const int left = g.pixelX(0), right = g.pixelX(w), top = g.pixelY(kTraceRows), bottom = g.pixelY(0);
+  const int picture = g.pictureWidth();
+  p.save();
+
+  // Marker lines first, so the texts stay readable over them.
+  if (s.nullLine && l.nullRow) {
+    p.setPen(QPen(fromItem(s.lineColor, 128), 1, Qt::DashLine));
+    p.drawLine(left, g.pixelY(*l.nullRow), right, g.pixelY(*l.nullRow));
+  }
+  if (s.syncroLine && l.triggerLevelRow) {
+    p.setPen(QPen(QColor(255, 255, 0), 1, Qt::DotLine));
+    p.drawLine(left, g.pixelY(*l.triggerLevelRow), right, g.pixelY(*l.triggerLevelRow));
+  }
+  if (l.triggerX) {
+    p.setPen(QPen(QColor(160, 160, 160), 1, Qt::DotLine));
+    p.drawLine(g.pixelX(*l.triggerX), top, g.pixelX(*l.triggerX), bottom);
+  }
+
+  QFont font = p.font();
+  font.setPixelSize(labelPixelSize(s.horLabelSize, g.zoomIndex));
+  p.setFont(font);
+  const int lineHeight = QFontMetrics(font).height();
+  const int bandTop = top + 1;
+  auto at = [&](double fraction) { return static_cast<int>(fraction / 8 * picture); };
+  text(p, l.TimeDivTransparant, at(1), bandTop, 1, kLabelColour);
+  text(p, l.RISmodeTransparant, at(2.4), bandTop, 1, kRisColour);
+  text(p, l.ModeTransparant, at(3.3), bandTop, 1, fromBgr(l.modeColor));
+  text(p, l.Ch1Transparant, at(4.4), bandTop, 1, fromItem(s.lineColor, 255));
+  text(p, l.Ch1InterpTransparant, at(5.7), bandTop, 1, kLabelColour);
+  text(p, l.Ch1VdivTransparant, at(6.8), bandTop, 1, fromItem(s.lineColor, 255));
+  if (l.noTrigger) text(p, "NO TRIGGER!", picture / 2, g.pixelY(kTraceRows * 3 / 4), 1, kNoTriggerColour);
+
+  if (s.horLabels) {
+    const int y = bottom - lineHeight - 1;
+    text(p, l.HorLeft, left + 2, y, 0, kLabelColour);
+    text(p, l.HorRight, right - 2, y, 2, kLabelColour);
+    if (s.wide) {
+      text(p, l.HorCenter, g.pixelX(w / 3), y, 1, kLabelColour);
+      text(p, l.HorCenterW, g.pixelX(2 * w / 3), y, 1, kLabelColour);
+    } else {
+      text(p, l.HorCenter, g.pixelX(w / 2), y, 1, kLabelColour);
+    }
+  }
+  if (s.vertLabels) {
+    font.setPixelSize(labelPixelSize(s.vertLabelSize, g.zoomIndex));
+    p.setFont(font);
+    const int h = QFontMetrics(font).height();
+    text(p, l.VertTop1, left + 2, bandTop + lineHeight, 0, kLabelColour);
+    text(p, l.VertCenter1, left + 2, g.pixelY(kTraceRows / 2) - h - 1, 0, kLabelColour);
+    text(p, l.VertDown1, left + 2, bottom - lineHeight - h - 2, 0, kLabelColour);
+  }
+  p.restore();
+}
+
+}  // namespace zorvik

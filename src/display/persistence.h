@@ -1,0 +1,61 @@
+#pragma once
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+namespace zorvik {
+
+class DisplayCanvas;
+
+// How the counts become colours.
+struct GradeStyle {
+  bool colour = false;    // Rainbow1, else Brightness1
+  int emphasis = 4;       // Emphasize1: 0 to 5
+  bool inverted = false;  // InvertColorIntenc1
+  int colorItem = 6;      // ColorPset1 (ColorPeak1 for peaks): the 0-or-1 bits of the brightness grading
+  bool byBitmap = false;  // BitmapPlot1 at ZoomIndex 1: straight into the pixels
+};
+
+// The colours of the colour grading, 0xRRGGBB; row 9 is the one for ratios past every threshold. Row 8 of
+// the normal table and row 0 of the inverted one do not mirror each other.
+extern const std::array<uint32_t, 10> kGradeColors;
+extern const std::array<uint32_t, 10> kGradeColorsInverted;
+constexpr uint32_t kSingleHitColor = 0x505050;
+
+// IntensBuf and IntensMax: the hit counts of the memory mode, as wide as the wide screen (columns 0 to
+// 480), and the largest count of each column.
+class Persistence {
+ public:
+  static constexpr int kColumns = 481;
+  static constexpr int kRows = 256;
+
+  Persistence();
+  void clear();
+  void addHit(int x, int y, int weight);
+  // Every row from lo to hi of a column.
+  void addSpan(int x, int lo, int hi, int weight);
+  int32_t count(int x, int y) const;
+  int32_t max(int x) const { return x >= 0 && x < kColumns ? max_[static_cast<size_t>(x)] : 0; }
+
+  // Draws the cells of rows 1 to 254 that hold a count, for the columns from first to last by step.
+  void render(DisplayCanvas& canvas, int first, int last, int step, const GradeStyle& style);
+  // One packet's decay for a depth above 1: k = (depth - 1) / depth; with leaveSingle a count is
+  // rounded (so 1 stays), else cut (1 dies). The column maxima are rounded in both cases.
+  void decay(int first, int last, int step, int depth, bool leaveSingle);
+
+  // The colour of a count in a column whose largest count is `max` (0xRRGGBB).
+  static uint32_t colourOf(int32_t count, int32_t max, const GradeStyle& style);
+
+ private:
+  std::vector<int32_t> buf_;  // IntensBuf, index x + 481 y
+  std::array<int32_t, kColumns> max_{};
+  // Rows that may hold a count: the passes leave the others alone.
+  int rowLow_ = kRows, rowHigh_ = -1;
+  // Per column of a colour render: the count from which each threshold is no longer below the ratio,
+  // threshold by threshold (index i x 481 + x), and whether the column has them.
+  std::vector<int32_t> breaks_;
+  std::array<uint8_t, kColumns> exact_{};
+};
+
+}  // namespace zorvik

@@ -1,0 +1,57 @@
+#pragma once
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "config/settings.h"
+#include "control/basic_control.h"
+#include "control/silent_obex.h"
+#include "link/main_controller.h"
+#include "ui/recording_sink.h"
+
+namespace zorvik::test {
+
+inline std::string be(int64_t v, int width) {
+  std::string s;
+  for (int i = width - 1; i >= 0; --i) s += static_cast<char>((static_cast<uint64_t>(v) >> (8 * i)) & 0xFF);
+  return s;
+}
+
+// The channel and time base on a controller whose link answers nothing; `link.online` decides the branch.
+struct ControlFixture : ::testing::Test {
+  MemorySettings settings;
+  RecordingSink sink;
+  MainView view;
+  SilentObex link;
+  MainController main{settings, sink, view};
+  std::unique_ptr<BasicControl> control;
+
+  void SetUp() override {
+    link.online = false;
+    control = std::make_unique<BasicControl>(main);
+    main.setHooks(control.get());
+    main.attachLink(&link);
+  }
+  void TearDown() override {
+    main.attachLink(nullptr);
+    main.setHooks(nullptr);
+  }
+  ChannelControl& channel() { return control->channel(); }
+  TimebaseControl& timebase() { return control->timebase(); }
+  DeviceCache& cache() { return main.cache(); }
+  std::string stored(const std::string& section, const std::string& name) {
+    return settings.GetSettingValue(section, name, "<none>");
+  }
+  // The simulator's limits, arrived as headers, as in a session once all seven answered.
+  void deviceLimits() {
+    const std::pair<const char*, int32_t> limits[] = {{"MCd", 1000}, {"MCl", 800}, {"MCh", 50000}, {"TOv", 7},
+                                                      {"TOl", 256},  {"TMl", 8},    {"TMh", 256},    {"TPl", 25600}};
+    for (const auto& [name, value] : limits) echo(name, be(value, 4));
+  }
+  void echo(const std::string& name, std::string bytes) { main.ObexLinkDLL1_HeaderEvent(name, bytes, false); }
+};
+
+}  // namespace zorvik::test
