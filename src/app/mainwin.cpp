@@ -13,11 +13,20 @@
 
 #include "app/delay_page.h"
 #include "app/device_page.h"
+#include "app/display_menus.h"
+#include "app/horizontal_panel.h"
 #include "app/packet_file_menu.h"
-#include "export/packet_files.h"
 #include "app/trigger_panel.h"
+#include "app/vertical_panel.h"
+#include "app/window_keys.h"
+#include "config/cpu_speed.h"
 #include "control/delay_control.h"
-#include "app/trace_placeholder.h"
+#include "display/display_host.h"
+#include "display/display_roll.h"
+#include "display/plot_inputs_source.h"
+#include "display/scope_display.h"
+#include "display/scope_display_window.h"
+#include "export/packet_files.h"
 #include "link/class_obex.h"
 
 namespace zorvik {
@@ -25,10 +34,8 @@ namespace zorvik {
 namespace {
 QString q(const std::string& s) { return QString::fromLatin1(s.data(), static_cast<qsizetype>(s.size())); }
 
-QString colorStyle(uint32_t bgr) {
-  QColor c(bgr & 0xFF, (bgr >> 8) & 0xFF, (bgr >> 16) & 0xFF);
-  return QString("color: %1; background: transparent; font-weight: bold;").arg(c.name());
-}
+// DispShowTime entries in ms.
+constexpr int kShowTimes[10] = {0, 1, 2, 5, 10, 20, 50, 100, 200, 500};
 }  // namespace
 
 mainwin::mainwin(SettingsStore& settings, const InstanceIdentity& identity, std::unique_ptr<ClassOBEX> link,
@@ -42,17 +49,25 @@ mainwin::mainwin(SettingsStore& settings, const InstanceIdentity& identity, std:
   run_ = std::make_unique<RunControl>(*main_);
   trigger_ = std::make_unique<TriggerControl>(*main_);
   delay_ = std::make_unique<DelayControl>(*main_, *trigger_);
+  control_->wire(*run_, *trigger_);
   hooks_ = std::make_unique<RoutedHooks>(*control_, *run_, *trigger_);
   main_->setHooks(hooks_.get());
   main_->attachLink(link_.get());
   main_->devMode = commandLine.dev;
 
-  // The window's own keys on top of those of run control.
-  struct WindowKeys : RunKeyActions {
-    WindowKeys(mainwin& w, MainController& m, RunControl& r, TriggerControl& t) : RunKeyActions(m, r, t), w_(w) {}
-    void closeProgram() override { w_.close(); }
-    mainwin& w_;
-  };
+  // The display is the first stage of every packet; the roll stream draws on its surface.
+  displayHost_ = std::make_unique<ControllerDisplayHost>(*main_);
+  scope_ = std::make_unique<ScopeDisplay>(*displayHost_, settings_, CpuMHz());
+  main_->setStages(scope_.get());
+  rollCanvas_ = std::make_unique<DisplayRollCanvas>(*scope_);
+  main_->setRollCanvas(rollCanvas_.get(), [this] { return rollSettingsOf(*scope_, main_->SamplesPerDiv); });
+  const int showTime = scope_->settings().showTime;
+  main_->setShowTimeMs(kShowTimes[showTime >= 0 && showTime < 10 ? showTime : 0]);
+  if (link_) link_->SetShowTime(main_->ShowTimeMs());
+  control_->timebase().acqWidthPixels = [this] { return scope_->plotWidth(); };
+  control_->channel().onScale.add([this] { scaleChanged(); });
+  control_->timebase().onScale.add([this] { scaleChanged(); });
+
   keyActions_ = std::make_unique<WindowKeys>(*this, *main_, *run_, *trigger_);
   keys_ = std::make_unique<KeyMap>(*keyActions_);
   keys_->devMode = commandLine.dev;
@@ -60,6 +75,7 @@ mainwin::mainwin(SettingsStore& settings, const InstanceIdentity& identity, std:
   buildMenus();
   buildPanel();
   devicePage_ = new DevicePage(this);
+  scaleChanged();
   placeWindow();
   refreshRunControls();
   stateChanged();
@@ -68,6 +84,8 @@ mainwin::mainwin(SettingsStore& settings, const InstanceIdentity& identity, std:
 mainwin::~mainwin() {
   main_->attachLink(nullptr);
   main_->setHooks(nullptr);
+  main_->setRollCanvas(nullptr, {});
+  main_->setStages(nullptr);
 }
 
 void mainwin::buildMenus() {
@@ -81,6 +99,8 @@ void mainwin::buildMenus() {
   addPacketFileMenu(fileMenu, *main_, fileDialogs_);
   QAction* exitAction = linkMenu->addAction("Exit", [this] { close(); });
   exitAction->setObjectName("Exit");
+
+  buildDisplayMenus(menuBar(), *scope_, *main_, [this] { displayGeometryChanged(); });
 
   buildRegistryMenu();
   registryMenu_->setEnabled(false);
@@ -97,21 +117,16 @@ void mainwin::buildMenus() {
 void mainwin::buildPanel() {
   auto* central = new QWidget(this);
   auto* row = new QHBoxLayout(central);
-  display_ = new TracePlaceholder(central);
-  row->addWidget(display_, 1);
-
-  // Status texts stand over the top of the trace, as on the instrument.
-  ModeTransparant = new QLabel("Ready", display_);
-  ModeTransparant->setObjectName("ModeTransparant");
-  ModeTransparant->move(8, 6);
-  RISmodeTransparant = new QLabel("RIS", display_);
-  RISmodeTransparant->setObjectName("RISmodeTransparant");
-  RISmodeTransparant->setStyleSheet(colorStyle(0x00FFFF));
-  RISmodeTransparant->move(90, 6);
-  NoTriggerTransparant = new QLabel("NO TRIGGER!", display_);
-  NoTriggerTransparant->setObjectName("NoTriggerTransparant");
-  NoTriggerTransparant->setStyleSheet(colorStyle(0x0000FF));
-  NoTriggerTransparant->move(150, 6);
+  // As on a bench instrument: the screen with the horizontal controls below it, the vertical ones beside.
+  auto* screenColumn = new QVBoxLayout;
+  display_ = new ScopeDisplayWindow(*scope_, central);
+  screenColumn->addWidget(display_, 0, Qt::AlignLeft | Qt::AlignTop);
+  horizontalPanel_ = new HorizontalPanel(control_->timebase(), central);
+  screenColumn->addWidget(horizontalPanel_);
+  screenColumn->addStretch(1);
+  row->addLayout(screenColumn);
+  verticalPanel_ = new VerticalPanel(control_->channel(), central);
+  row->addWidget(verticalPanel_, 0, Qt::AlignTop);
 
   auto* panel = new QVBoxLayout;
   KeyConnect = new QPushButton("Connect");
@@ -158,6 +173,11 @@ void mainwin::buildPanel() {
   trigger_->onChange = [this] {
     if (triggerPanel_) triggerPanel_->refresh();
     if (delayPage_) delayPage_->refresh(0);
+    // The level line and the trigger's place in time follow without a redraw of the trace.
+    fillPlotInputs(scope_->inputs(), control_->channel().model(), control_->timebase().model(), trigger_->model());
+    scope_->refreshTimeBase();
+    scope_->refreshVertical();
+    if (display_) display_->update();
   };
   panel->addStretch(1);
   row->addLayout(panel);
@@ -191,12 +211,7 @@ void mainwin::stateChanged() {
   KeyConnect->setVisible(s.connectVisible);
   KeyStart->setEnabled(s.startEnabled);
   WorkMode->setEnabled(s.startEnabled);
-  ModeTransparant->setText(q(s.modeText));
-  ModeTransparant->setStyleSheet(colorStyle(s.modeColor));
-  ModeTransparant->adjustSize();
-  NoTriggerTransparant->setVisible(s.noTriggerVisible);
-  RISmodeTransparant->setText(q(s.risCaption));
-  RISmodeTransparant->setVisible(s.risVisible);
+  display_->showState(s);
   FPSlabel->setText(s.fps > 0 ? QString("%1 fps").arg(s.fps) : QString());
   sessionLabel_->setText(QString("Session: %1").arg(sessionStateName(main_->sessionState())));
   if (devicePage_) {
@@ -210,7 +225,37 @@ void mainwin::restoreDefaultPacket() { zorvik::restoreDefaultPacket(*main_); }
 
 void mainwin::clearDisplay() { display_->clear(); }
 
-void mainwin::packetShown(const std::string& packet) { display_->showPacket(packet); }
+// The display drew the packet as its stage; nothing is left to do here.
+void mainwin::packetShown(const std::string&) {}
+
+void mainwin::scaleChanged() {
+  fillPlotInputs(scope_->inputs(), control_->channel().model(), control_->timebase().model(), trigger_->model());
+  scope_->refreshTimeBase();
+  scope_->refreshVertical();
+  if (verticalPanel_) verticalPanel_->refresh();
+  if (horizontalPanel_) horizontalPanel_->refresh();
+  main_->replayLastPacket();
+}
+
+void mainwin::displaySettingChanged(const char* name, bool setup) {
+  guarded([&] {
+    scope_->saveSetting(name);
+    if (setup) {
+      scope_->SetupDisplay();
+      displayGeometryChanged();
+    }
+    scope_->ClearIntensity();
+    main_->setReplotNeeded(true);
+    main_->replayLastPacket();
+  });
+}
+
+void mainwin::displayGeometryChanged() {
+  if (!display_) return;
+  if (centralWidget() && centralWidget()->layout()) centralWidget()->layout()->activate();
+  adjustSize();
+  checkScreenFor(this, sink_, main_->identity().InstanceTitle);
+}
 
 void mainwin::refreshRunControls() {
   if (!FrameMode) return;

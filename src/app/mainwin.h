@@ -25,7 +25,12 @@ class DelayPage;
 class TriggerPanel;
 class DelayControl;
 class RegistryStore;
-class TracePlaceholder;
+class ScopeDisplay;
+class ScopeDisplayWindow;
+class ControllerDisplayHost;
+class DisplayRollCanvas;
+class VerticalPanel;
+class HorizontalPanel;
 class ClassOBEX;
 
 // The main window: binds the front panel and the read-outs to the core and forwards the user's actions.
@@ -43,6 +48,13 @@ class mainwin : public QMainWindow, private MainView {
   // The store behind the settings (null when running on defaults) for the Registry menu.
   void setRegistry(RegistryStore* store, int cpuMHz);
   QtMessageSink& messages() { return sink_; }
+  ScopeDisplay& display() { return *scope_; }
+  BasicControl& control() { return *control_; }
+
+  // A display setting changed by a key: stored, and the picture drawn anew; `setup` lays the display out.
+  void displaySettingChanged(const char* name, bool setup);
+  // The display's size changed: the window fits itself around it and checks the screen.
+  void displayGeometryChanged();
 
  protected:
   void closeEvent(QCloseEvent* event) override;
@@ -65,6 +77,8 @@ class mainwin : public QMainWindow, private MainView {
   void buildPanel();
   void placeWindow();
   void refreshRunControls();
+  // The controllers' scale reaches the display: inputs, labels, and the last packet drawn anew.
+  void scaleChanged();
   bool eventFilter(QObject* watched, QEvent* event) override;
 
   SettingsStore& settings_;
@@ -85,7 +99,12 @@ class mainwin : public QMainWindow, private MainView {
   std::unique_ptr<KeyActions> keyActions_;
   std::unique_ptr<KeyMap> keys_;
 
-  TracePlaceholder* display_ = nullptr;
+  std::unique_ptr<ControllerDisplayHost> displayHost_;
+  std::unique_ptr<ScopeDisplay> scope_;
+  std::unique_ptr<DisplayRollCanvas> rollCanvas_;
+  ScopeDisplayWindow* display_ = nullptr;
+  VerticalPanel* verticalPanel_ = nullptr;
+  HorizontalPanel* horizontalPanel_ = nullptr;
   DevicePage* devicePage_ = nullptr;
   QPushButton* KeyConnect = nullptr;
   QPushButton* KeyStart = nullptr;
@@ -94,9 +113,6 @@ class mainwin : public QMainWindow, private MainView {
   QGroupBox* FrameMode = nullptr;
   QLabel* frameModeCaption_ = nullptr;  // the caption of FrameMode, wrapped
   QAction* LinkControl = nullptr;
-  QLabel* ModeTransparant = nullptr;
-  QLabel* NoTriggerTransparant = nullptr;
-  QLabel* RISmodeTransparant = nullptr;
   QLabel* FPSlabel = nullptr;
   QLabel* sessionLabel_ = nullptr;
 };

@@ -141,9 +141,13 @@ void MainController::dataHeader(const std::string& value, bool parallel) {
   ++packetCount_;
   if (!parallel) {
     ProcessPacket(value);
-  } else if (showTimeMs_ > 0) {
+  } else if (showTimeMs_ > 0 && !inShowWait_) {
+    // The wait runs the event loop: a packet that arrives inside it is kept but not drawn, so a fast
+    // stream can't nest the waits without end.
     ProcessPacket(value);
+    inShowWait_ = true;
     Wait(showTimeMs_);
+    inShowWait_ = false;
   }
   lastPacket_ = value;
 }

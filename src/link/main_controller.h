@@ -182,6 +182,7 @@ class MainController : public ObexEvents, public PacketHost, private RollHost {
   int voltDivPosition_ = -1;
   int32_t packetCount_ = 0;
   int32_t showTimeMs_ = 0;
+  bool inShowWait_ = false;  // inside the wait of a packet of a parallel transfer
   std::string lastPacket_;
   int risRow_ = 0;
   RollCanvas noCanvas_;

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <QCoreApplication>
+#include <QTimer>
 
 #include "config/settings.h"
 #include "link/fake_obex.h"
@@ -143,6 +144,20 @@ TEST_F(HeaderDispatch, DataIsCountedKeptAndDrawnUnlessParallelWithoutShowTime) {
   EXPECT_EQ(main.PacketCount(), 2);
   EXPECT_EQ(view.shown.size(), 1u);
   EXPECT_EQ(main.LastPacket(), p2);
+}
+
+TEST_F(HeaderDispatch, PacketsArrivingInsideTheShowWaitAreKeptNotDrawn) {
+  std::string p = be(0x1000, 2) + be(0, 2) + std::string(20, 'x');
+  main.setShowTimeMs(30);
+  // Two more packets of the stream land while the first one stands on the screen.
+  QTimer::singleShot(0, [&] { header("D", p + "a", true); });
+  QTimer::singleShot(0, [&] { header("D", p + "b", true); });
+  header("D", p, true);
+  EXPECT_EQ(main.PacketCount(), 3);
+  EXPECT_EQ(view.shown.size(), 1u);
+  EXPECT_EQ(main.LastPacket(), p);  // the first one's wait ended last
+  header("D", p + "c", true);       // the wait is over: drawn again
+  EXPECT_EQ(view.shown.size(), 2u);
 }
 
 TEST_F(HeaderDispatch, EmptyDataMeansNoTrigger) {

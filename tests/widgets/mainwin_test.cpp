@@ -4,6 +4,7 @@
 #include <QtTest>
 
 #include "app/mainwin.h"
+#include "display/scope_display.h"
 #include "sim/sim_config.h"
 #include "sim/simulated_obex.h"
 
@@ -61,6 +62,37 @@ class MainwinTest : public QObject {
     w->move(40, 50);
     QVERIFY(w->close());
     QCOMPARE(settings_.GetSettingValue("Startup Position", "ZorvikWin Left", ""), std::to_string(w->x()));
+  }
+
+  // Columns with any pixel of a trace's colours: blue in it, or pure green (the grid is olive).
+  static int tracedColumns(const QImage& picture) {
+    int columns = 0;
+    for (int x = 0; x < picture.width(); ++x) {
+      for (int y = 0; y < picture.height(); ++y) {
+        const QRgb p = picture.pixel(x, y) & 0xFFFFFF;
+        if (qBlue(p) > 0 || (qGreen(p) > 0 && qRed(p) == 0)) {
+          ++columns;
+          break;
+        }
+      }
+    }
+    return columns;
+  }
+
+  void slowTimeBaseGrowsTheTraceWhileTheDataArrive() {
+    auto w = make("rate=200,freq=2");
+    QTest::mouseClick(w->findChild<QPushButton*>("KeyConnect"), Qt::LeftButton);
+    QTRY_COMPARE_WITH_TIMEOUT(w->core().sessionState(), SessionState::Ready, 5000);
+    auto* serial = w->findChild<QCheckBox*>("WorkMode");
+    if (!serial->isChecked()) serial->click();  // an earlier case may have left it off
+    w->control().timebase().ScrollTimeDiv_Change(25);  // 200 ms a division: a record of two seconds
+    // Part of a record on the screen while the rest is still being taken.
+    QTRY_VERIFY_WITH_TIMEOUT(w->core().roll().started() && w->core().roll().done() > 100, 8000);
+    const int early = tracedColumns(w->display().canvas().snapshot());
+    QTRY_VERIFY_WITH_TIMEOUT(w->core().roll().done() > 400, 8000);
+    const int later = tracedColumns(w->display().canvas().snapshot());
+    if (!qEnvironmentVariableIsEmpty("ZORVIK_SCREENSHOT")) w->grab().save(qEnvironmentVariable("ZORVIK_SCREENSHOT") + ".roll.png");
+    QVERIFY2(early > 5 && later > early + 20, qPrintable(QString("%1 then %2 columns").arg(early).arg(later)));
   }
 };
 
