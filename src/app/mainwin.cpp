@@ -16,6 +16,7 @@
 #include "app/display_menus.h"
 #include "app/horizontal_panel.h"
 #include "app/packet_file_menu.h"
+#include "app/trigger_marker.h"
 #include "app/trigger_panel.h"
 #include "app/vertical_panel.h"
 #include "app/window_keys.h"
@@ -120,7 +121,13 @@ void mainwin::buildPanel() {
   // As on a bench instrument: the screen with the horizontal controls below it, the vertical ones beside.
   auto* screenColumn = new QVBoxLayout;
   display_ = new ScopeDisplayWindow(*scope_, central);
-  screenColumn->addWidget(display_, 0, Qt::AlignLeft | Qt::AlignTop);
+  triggerMarker_ = new TriggerMarker(*trigger_, *scope_, central);
+  auto* screenRow = new QHBoxLayout;
+  screenRow->setSpacing(0);
+  screenRow->addWidget(display_, 0, Qt::AlignTop);
+  screenRow->addWidget(triggerMarker_, 0, Qt::AlignTop);
+  screenRow->addStretch(1);
+  screenColumn->addLayout(screenRow);
   horizontalPanel_ = new HorizontalPanel(control_->timebase(), central);
   screenColumn->addWidget(horizontalPanel_);
   screenColumn->addStretch(1);
@@ -173,6 +180,7 @@ void mainwin::buildPanel() {
   trigger_->onChange = [this] {
     if (triggerPanel_) triggerPanel_->refresh();
     if (delayPage_) delayPage_->refresh(0);
+    if (triggerMarker_) triggerMarker_->refresh();
     // The level line and the trigger's place in time follow without a redraw of the trace.
     fillPlotInputs(scope_->inputs(), control_->channel().model(), control_->timebase().model(), trigger_->model());
     scope_->refreshTimeBase();
@@ -252,6 +260,7 @@ void mainwin::displaySettingChanged(const char* name, bool setup) {
 
 void mainwin::displayGeometryChanged() {
   if (!display_) return;
+  if (triggerMarker_) triggerMarker_->refresh();
   if (centralWidget() && centralWidget()->layout()) centralWidget()->layout()->activate();
   adjustSize();
   checkScreenFor(this, sink_, main_->identity().InstanceTitle);

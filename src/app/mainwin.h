@@ -23,6 +23,7 @@ namespace zorvik {
 class DevicePage;
 class DelayPage;
 class TriggerPanel;
+class TriggerMarker;
 class DelayControl;
 class RegistryStore;
 class ScopeDisplay;
@@ -94,6 +95,7 @@ class mainwin : public QMainWindow, private MainView {
   std::unique_ptr<TriggerControl> trigger_;
   std::unique_ptr<DelayControl> delay_;
   TriggerPanel* triggerPanel_ = nullptr;
+  TriggerMarker* triggerMarker_ = nullptr;
   DelayPage* delayPage_ = nullptr;
   std::unique_ptr<RoutedHooks> hooks_;
   std::unique_ptr<KeyActions> keyActions_;

@@ -64,6 +64,21 @@ class MainwinTest : public QObject {
     QCOMPARE(settings_.GetSettingValue("Startup Position", "ZorvikWin Left", ""), std::to_string(w->x()));
   }
 
+  void draggingTheMarkerSetsTheTriggerLevel() {
+    auto w = make("rate=max");
+    auto* marker = w->findChild<QWidget*>("TrigInd1");
+    QVERIFY(marker);
+    // At zoom 1 a row is half a pixel: the top of the trace area is level 255, the middle 128.
+    const int top = w->display().canvas().geometry().pixelY(255);
+    QTest::mousePress(marker, Qt::LeftButton, {}, QPoint(8, top));
+    QCOMPARE(w->core().cache().S1, 255);
+    QTest::mouseMove(marker, QPoint(8, w->display().canvas().geometry().pixelY(128)));
+    QTest::mouseRelease(marker, Qt::LeftButton, {}, QPoint(8, w->display().canvas().geometry().pixelY(128)));
+    QCOMPARE(w->core().cache().S1, 128);
+    QTest::mouseClick(marker, Qt::LeftButton, {}, QPoint(8, marker->height() - 1));  // below the frame
+    QCOMPARE(w->core().cache().S1, 0);
+  }
+
   // Columns with any pixel of a trace's colours: blue in it, or pure green (the grid is olive).
   static int tracedColumns(const QImage& picture) {
     int columns = 0;

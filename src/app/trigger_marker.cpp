@@ -1,0 +1,61 @@
+#include "app/trigger_marker.h"
+
+#include <QMouseEvent>
+#include <QPainter>
+
+#include "control/trigger_control.h"
+#include "display/scope_display.h"
+
+namespace zorvik {
+
+namespace {
+constexpr int kStripWidth = 16;
+// Without a vertical zoom the marker stands at the level itself.
+constexpr double kZoom = 1, kPosition = 0, kMin = 0, kMax = 1;
+}  // namespace
+
+TriggerMarker::TriggerMarker(TriggerControl& trigger, const ScopeDisplay& display, QWidget* parent)
+    : QWidget(parent), trigger_(trigger), display_(display) {
+  setObjectName("TrigInd1");
+  setToolTip("Trigger level: drag to move");
+  setCursor(Qt::SizeVerCursor);
+  refresh();
+}
+
+QSize TriggerMarker::sizeHint() const { return {kStripWidth, display_.canvas().height()}; }
+
+void TriggerMarker::refresh() {
+  setFixedSize(sizeHint());
+  update();
+}
+
+int TriggerMarker::levelAt(int y) const {
+  const DisplayGeometry& g = display_.canvas().geometry();
+  // The inverse of the display's row to pixel mapping.
+  const double row = kTraceRows - static_cast<double>(y - kPictureMargin) * 2 / g.halfScale();
+  return TriggerControl::levelFromMarker(row, kZoom, kPosition, kMin, kMax);
+}
+
+void TriggerMarker::paintEvent(QPaintEvent*) {
+  QPainter p(this);
+  p.fillRect(rect(), palette().window());
+  const int level = trigger_.model().level;
+  const int row = static_cast<int>(TriggerControl::markerTop(level, kZoom, kPosition, kMin, kMax));
+  const int y = display_.canvas().geometry().pixelY(row);
+  QFont f = font();
+  f.setBold(true);
+  p.setFont(f);
+  p.setPen(Qt::darkYellow);
+  p.drawLine(0, y, 3, y);
+  const QString caption = QString::fromLatin1(trigger_.model().TrigInd1.c_str());
+  p.setPen(palette().windowText().color());
+  p.drawText(QRect(3, y - 8, width() - 3, 16), Qt::AlignCenter, caption.trimmed().isEmpty() ? "-" : caption);
+}
+
+void TriggerMarker::mousePressEvent(QMouseEvent* event) { trigger_.setLevel(levelAt(event->position().toPoint().y())); }
+
+void TriggerMarker::mouseMoveEvent(QMouseEvent* event) {
+  if (event->buttons() & Qt::LeftButton) trigger_.setLevel(levelAt(event->position().toPoint().y()));
+}
+
+}  // namespace zorvik
