@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QDateTime>
+#include <QFormLayout>
 #include <QSignalBlocker>
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -11,6 +12,7 @@
 #include <QStatusBar>
 #include <QVBoxLayout>
 
+#include "app/calibration_page.h"
 #include "app/delay_page.h"
 #include "app/device_page.h"
 #include "app/display_menus.h"
@@ -108,6 +110,11 @@ void mainwin::buildMenus() {
 
   QMenu* device = menuBar()->addMenu("&Device");
   device->setObjectName("DeviceInternals");
+  device->addAction("Calibration", [this] {
+    if (!calibrationPage_) calibrationPage_ = new CalibrationPage(settings_, *run_, this);
+    calibrationPage_->show();
+    calibrationPage_->raise();
+  });
   device->addAction("Version", [this] {
     devicePage_->refresh(main_->state());
     devicePage_->show();
@@ -160,9 +167,24 @@ void mainwin::buildPanel() {
   AutoWait = new QCheckBox("AutoRun mode");
   AutoWait->setObjectName("AutoWait");
   connect(AutoWait, &QCheckBox::clicked, this, [this](bool on) { guarded([&] { run_->AutoWait_Click(on); }); });
+  AveragesPeaks = new QComboBox;
+  AveragesPeaks->setObjectName("AveragesPeaks");
+  AveragesPeaks->setToolTip("number of waveforms to average in device");
+  RisAveragesPeaks = new QComboBox;
+  RisAveragesPeaks->setObjectName("RisAveragesPeaks");
+  RisAveragesPeaks->setToolTip("number of waveforms to average in device (RIS)");
+  for (const std::string& e : averagesList()) AveragesPeaks->addItem(q(e));
+  for (const std::string& e : risAveragesList()) RisAveragesPeaks->addItem(q(e));
+  connect(AveragesPeaks, &QComboBox::activated, this, [this](int i) { guarded([&] { run_->AveragesPeaks_Click(i); }); });
+  connect(RisAveragesPeaks, &QComboBox::activated, this,
+          [this](int i) { guarded([&] { run_->RisAveragesPeaks_Click(i); }); });
+  auto* averages = new QFormLayout;
+  averages->addRow("Averages", AveragesPeaks);
+  averages->addRow("RIS averages", RisAveragesPeaks);
   modeBox->addWidget(KeyStart);
   modeBox->addWidget(WorkMode);
   modeBox->addWidget(AutoWait);
+  modeBox->addLayout(averages);
   FrameMode->setMaximumWidth(220);
   panel->addWidget(FrameMode);
   run_->onChange = [this] { refreshRunControls(); };
@@ -269,7 +291,9 @@ void mainwin::displayGeometryChanged() {
 void mainwin::refreshRunControls() {
   if (!FrameMode) return;
   const RunModel& m = run_->model();
-  QSignalBlocker b1(WorkMode), b2(AutoWait);
+  QSignalBlocker b1(WorkMode), b2(AutoWait), b3(AveragesPeaks), b4(RisAveragesPeaks);
+  AveragesPeaks->setCurrentIndex(m.averagesIndex);
+  RisAveragesPeaks->setCurrentIndex(m.risAveragesIndex);
   WorkMode->setChecked(m.WorkMode);
   WorkMode->setToolTip(q(m.workModeToolTip));
   AutoWait->setChecked(m.AutoWait);

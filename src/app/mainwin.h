@@ -1,6 +1,7 @@
 #pragma once
 #include <QAction>
 #include <QCheckBox>
+#include <QComboBox>
 #include <QGroupBox>
 #include <QLabel>
 #include <QMainWindow>
@@ -22,6 +23,7 @@ namespace zorvik {
 
 class DevicePage;
 class DelayPage;
+class CalibrationPage;
 class TriggerPanel;
 class TriggerMarker;
 class DelayControl;
@@ -97,6 +99,7 @@ class mainwin : public QMainWindow, private MainView {
   TriggerPanel* triggerPanel_ = nullptr;
   TriggerMarker* triggerMarker_ = nullptr;
   DelayPage* delayPage_ = nullptr;
+  CalibrationPage* calibrationPage_ = nullptr;
   std::unique_ptr<RoutedHooks> hooks_;
   std::unique_ptr<KeyActions> keyActions_;
   std::unique_ptr<KeyMap> keys_;
@@ -112,6 +115,8 @@ class mainwin : public QMainWindow, private MainView {
   QPushButton* KeyStart = nullptr;
   QCheckBox* WorkMode = nullptr;
   QCheckBox* AutoWait = nullptr;
+  QComboBox* AveragesPeaks = nullptr;
+  QComboBox* RisAveragesPeaks = nullptr;
   QGroupBox* FrameMode = nullptr;
   QLabel* frameModeCaption_ = nullptr;  // the caption of FrameMode, wrapped
   QAction* LinkControl = nullptr;
