@@ -79,6 +79,29 @@ class MainwinTest : public QObject {
     QCOMPARE(w->core().cache().S1, 0);
   }
 
+  void keysReachTheDisplayTheChannelAndTheTimeBase() {
+    auto w = make("rate=max");
+    const int narrow = w->display().canvas().width();
+    QTest::keyClick(w.get(), Qt::Key_W);
+    QCOMPARE(w->display().canvas().width(), narrow + 160);  // wide: 480 columns instead of 320
+    QVERIFY(settings_.getBool("Startup Position", "Wide", false));
+    QTest::keyClick(w.get(), Qt::Key_W);
+    QCOMPARE(w->display().canvas().width(), narrow);
+
+    const int volts = w->control().channel().model().scrollCH1;
+    QTest::keyClick(w.get(), Qt::Key_PageUp);
+    QCOMPARE(w->control().channel().model().scrollCH1, volts + 1);
+    const int time = w->control().timebase().model().ScrollTimeDiv;
+    QTest::keyClick(w.get(), Qt::Key_End);
+    QCOMPARE(w->control().timebase().model().ScrollTimeDiv, time - 1);
+
+    const bool interpolated = w->display().settings().interpolation != 0;
+    QTest::keyClick(w.get(), Qt::Key_I);
+    QCOMPARE(w->display().settings().interpolation != 0, !interpolated);
+    QTest::keyClick(w.get(), Qt::Key_I);
+    QCOMPARE(w->display().settings().interpolation != 0, interpolated);
+  }
+
   // Columns with any pixel of a trace's colours: blue in it, or pure green (the grid is olive).
   static int tracedColumns(const QImage& picture) {
     int columns = 0;
