@@ -64,6 +64,7 @@ mainwin::mainwin(SettingsStore& settings, const InstanceIdentity& identity, std:
   main_->setStages(scope_.get());
   rollCanvas_ = std::make_unique<DisplayRollCanvas>(*scope_);
   main_->setRollCanvas(rollCanvas_.get(), [this] { return rollSettingsOf(*scope_, main_->SamplesPerDiv); });
+  main_->setNoTriggerMsg(scope_->settings().noTrigMsg);
   const int showTime = scope_->settings().showTime;
   main_->setShowTimeMs(kShowTimes[showTime >= 0 && showTime < 10 ? showTime : 0]);
   if (link_) link_->SetShowTime(main_->ShowTimeMs());
@@ -104,6 +105,17 @@ void mainwin::buildMenus() {
   exitAction->setObjectName("Exit");
 
   buildDisplayMenus(menuBar(), *scope_, *main_, [this] { displayGeometryChanged(); });
+  if (QMenu* view = menuBar()->findChild<QMenu*>("DisplayMenu")) {
+    QAction* msg = view->addAction("No trigger msg");
+    msg->setObjectName("NoTriggerMsg");
+    msg->setCheckable(true);
+    msg->setChecked(main_->NoTriggerMsg());
+    connect(msg, &QAction::triggered, this, [this](bool on) {
+      scope_->settings().noTrigMsg = on;
+      main_->setNoTriggerMsg(on);
+      displaySettingChanged("NoTrigMsg", false);
+    });
+  }
 
   buildRegistryMenu();
   registryMenu_->setEnabled(false);
