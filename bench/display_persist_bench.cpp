@@ -1,6 +1,9 @@
-// Graded persistence on the wide screen: the whole packet (decode, plot, accumulate, colour, decay) and
-// the colour render and the decay alone on a well-filled store.
+// Graded persistence on the wide screen: the whole packet (decode, plot, accumulate, colour, decay), and
+// the accumulation, the colour render and the decay alone.
 #include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <cmath>
 
 #include "display/persistence.h"
 #include "display_bench_util.h"
@@ -51,6 +54,33 @@ void fill(zorvik::Persistence& p) {
   for (int x = 0; x < 480; ++x)
     for (int y = 60; y < 200; ++y) p.addHit(x, y, 1 + (x * 31 + y * 17) % 400);
 }
+
+// One packet's accumulation on the wide screen: a hit per column (a sample trace), or the span of a peak
+// pair and the gap to the column before (peak pairs), at depth 32.
+void BM_Accumulate(benchmark::State& state) {
+  zorvik::Persistence p;
+  const bool spans = state.range(0) != 0;
+  int phase = 0;
+  for (auto _ : state) {
+    phase = (phase + 7) % 64;
+    int prevLo = -1, prevHi = -1;
+    for (int x = 0; x < 480; ++x) {
+      const int y = 128 + static_cast<int>(80 * std::sin((x + phase) * 0.05));
+      if (!spans) {
+        p.addHit(x, y, 32);
+        continue;
+      }
+      const int lo = y - 6, hi = y + 6;
+      if (prevLo < 0) prevLo = lo, prevHi = hi;
+      p.addSpan(x, std::min(lo, prevHi), std::max(hi, prevLo), 32);
+      prevLo = lo;
+      prevHi = hi;
+    }
+    benchmark::DoNotOptimize(p.count(10, 100));
+  }
+  state.SetLabel(spans ? "peak spans, wide" : "one hit a column, wide");
+}
+BENCHMARK(BM_Accumulate)->Arg(0)->Arg(1);
 
 void BM_ColourRender(benchmark::State& state) {
   zorvik::Persistence p;

@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# The headless tool end to end: decode a packet, run a short session, and refuse bad input with exit 2.
+# The headless tool end to end: decode a packet, run short sessions, render and time packets, and refuse
+# bad input with exit 2.
 set -u
 cli="$1"
 tmp=$(mktemp -d)
@@ -50,6 +51,56 @@ check "csv ends CR CR LF" "[ \"\$(tail -c 3 $tmp/a.csv | od -An -tx1 | tr -d ' '
 check "csv missing exit 2" "[ $rc -eq 2 ]"
 "$cli" session --packets 1 --sim rate=max --save-last "$tmp/last.zrv" >/dev/null; rc=$?
 check "session save-last" "[ $rc -eq 0 ] && [ -s $tmp/last.zrv ]"
+
+# PNG width and height from the IHDR chunk (bytes 16..23, big-endian).
+png_size() { od -An -tu1 -j16 -N8 "$1" | awk '{print $1*16777216+$2*65536+$3*256+$4 "x" $5*16777216+$6*65536+$7*256+$8}'; }
+data="$(dirname "$0")/../data/default.zrv"
+"$cli" render "$data" --png "$tmp/r.png"; rc=$?
+check "render exit" "[ $rc -eq 0 ]"
+check "render 341x277" "[ \"\$(png_size $tmp/r.png)\" = 341x277 ]"
+"$cli" render "$data" --png "$tmp/w.png" --wide --labels --persist color --interp sinx --taps 32 --repeat 3; rc=$?
+check "render wide exit" "[ $rc -eq 0 ]"
+check "render wide 501x277" "[ \"\$(png_size $tmp/w.png)\" = 501x277 ]"
+"$cli" render "$data" --png "$tmp/x.png" --interp bogus 2>"$tmp/err"; rc=$?
+check "render bad interp exit 2" "[ $rc -eq 2 ]"
+check "render bad interp one line" "[ \$(wc -l < $tmp/err) -eq 1 ]"
+check "render bad interp writes nothing" "[ ! -e $tmp/x.png ]"
+"$cli" render "$data" --png "$tmp/x.png" --taps 48 2>/dev/null; rc=$?
+check "render taps not a power of two" "[ $rc -eq 2 ]"
+
+out=$("$cli" timebase 0.001); rc=$?
+check "timebase exit" "[ $rc -eq 0 ]"
+check "timebase ok" "echo '$out' | grep -q '\"result\":\"ok\"'"
+"$cli" timebase 0.001x 2>"$tmp/err"; rc=$?
+check "timebase bad number exit 2" "[ $rc -eq 2 ] && [ \$(wc -l < $tmp/err) -eq 1 ]"
+
+out=$("$cli" bench --packets 20 --wide --persist color); rc=$?
+check "bench exit" "[ $rc -eq 0 ]"
+check "bench median" "echo '$out' | grep -q '\"median_us\":'"
+
+# A slow time base streams roll chunks; the summary carries the scale of the record.
+out=$("$cli" session --packets 2 --sim rate=max --set Sampling/TimePerDiv=25 --set AutoCalibrating/StartDelay=0); rc=$?
+check "roll session exit" "[ $rc -eq 0 ]"
+check "roll session scale" "echo '$out' | grep -q '\"SamplePeriod\":0.00625'"
+check "roll session time/div" "echo '$out' | grep -q '\"TimeDiv\":25'"
+check "roll session chunks" "echo '$out' | grep -Eq '\"rolls\":\\{\"bytes\":[1-9][0-9]*,\"chunks\":[1-9]'"
+check "roll session packets parallel" "echo '$out' | grep -q '\"parallel\":true'"
+
+# Keys: serial off, Norm, Start: one single acquisition that ends "Stopped".
+out=$("$cli" session --packets 1 --sim rate=max,freq=10000 --keys '\,R,Backspace' --set AutoCalibrating/StartDelay=0); rc=$?
+check "keys exit" "[ $rc -eq 0 ]"
+check "keys stopped" "echo '$out' | grep -q '\"status_text\":\"Stopped\"'"
+check "keys Norm written" "echo '$out' | grep -q '\\[\"RT\",1\\]'"
+check "keys packet triggered" "echo '$out' | grep -q '\"status_text\":\"Stopped\",\"triggered\":true}\\]'"
+
+# Norm without a trigger: the single acquisition ends with the empty answer, not at the time-out.
+start=$(date +%s)
+out=$("$cli" session --single --packets 1 --timeout 20 --sim rate=max,fault=notrigger --set Mode/NoWaiting=0 \
+  --set AutoCalibrating/StartDelay=0 2>/dev/null); rc=$?
+check "no trigger exit 1" "[ $rc -eq 1 ]"
+check "no trigger quick" "[ \$(( \$(date +%s) - $start )) -lt 10 ]"
+check "no trigger shown" "echo '$out' | grep -q '\"no_trigger_visible\":true'"
+check "no trigger empty answer" "echo '$out' | grep -q '\"packet_log\":\\[{\"length\":0,\"parallel\":false,\"status_text\":\"Stopped\",\"triggered\":false}\\]'"
 
 export ZORVIK_REGISTRY="$tmp/store.sqlite"
 "$cli" settings set "View/Color=3" "Ch1/Offset=-12" >/dev/null; rc=$?

@@ -3,12 +3,12 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <cstdlib>
 
 #include "app/command_line.h"
 #include "config/registry_settings.h"
 #include "config/registry_store.h"
 #include "config/text_number.h"
-#include <cstdlib>
 #include "core/fault.h"
 #include "export/packet_files.h"
 #include "link/headless_session.h"
@@ -18,6 +18,16 @@ namespace zorvik {
 namespace {
 
 QString bytesText(const std::string& s) { return QString::fromLatin1(s.data(), static_cast<qsizetype>(s.size())); }
+
+// A float as the shortest decimal that reads back to it, not the double next to it (3.125e-06, not
+// 3.1250000742e-06).
+double floatNumber(float v) {
+  for (int digits = 1; digits < 9; ++digits) {
+    const double d = QString::number(static_cast<double>(v), 'g', digits).toDouble();
+    if (static_cast<float>(d) == v) return d;
+  }
+  return static_cast<double>(v);
+}
 
 QJsonObject properties(const DeviceCache& c) {
   QJsonObject p;
@@ -123,7 +133,26 @@ int runSessionCommand(const std::vector<std::string>& args, std::ostream& out, s
   o["properties"] = properties(result.device);
   o["registers"] = registers(result.device);
   o["status_text"] = QString::fromStdString(result.statusText);
+  o["no_trigger_visible"] = result.noTriggerVisible;
   o["frame_rate"] = m.state().fps;
+  o["SamplePeriod"] = floatNumber(m.SamplePeriod);
+  o["FullScaleVolts"] = floatNumber(m.FullScaleVolts);
+  o["ZeroVolts"] = floatNumber(m.ZeroVolts);
+  o["SamplesPerDiv"] = m.SamplesPerDiv;
+  o["TimeDiv"] = session.control().timebase().model().TimeDiv;
+  o["VoltPerDiv"] = session.control().channel().model().scrollCH1;
+  o["rolls"] = QJsonObject{{"chunks", session.link().rollChunks},
+                           {"bytes", static_cast<double>(session.link().rollBytes)}};
+  QJsonArray log;
+  for (const PacketRecord& p : result.packetLog) {
+    QJsonObject j;
+    j["length"] = static_cast<double>(p.length);
+    j["triggered"] = p.triggered;
+    j["parallel"] = p.parallel;
+    j["status_text"] = QString::fromStdString(p.statusText);
+    log.append(j);
+  }
+  o["packet_log"] = log;
   QJsonArray msgs;
   for (const auto& msg : session.messages().messages) {
     QJsonObject j;

@@ -4,6 +4,7 @@
 #include <QElapsedTimer>
 #include <QThread>
 
+#include "signal/packet.h"
 #include "sim/sim_config.h"
 
 namespace zorvik {
@@ -23,9 +24,13 @@ HeadlessSession::HeadlessSession(SettingsStore& settings, const std::vector<std:
   keyActions_ = std::make_unique<RunKeyActions>(*main_, *run_, *trigger_);
   keys_ = std::make_unique<KeyMap>(*keyActions_);
   main_->attachLink(recorder_.get());
+  recorder_->onData = [this](const std::string& packet, bool parallel, bool handled) {
+    dataHeader(packet, parallel, handled);
+  };
 }
 
 HeadlessSession::~HeadlessSession() {
+  recorder_->onData = nullptr;
   main_->attachLink(nullptr);
   main_->setHooks(nullptr);
 }
@@ -41,8 +46,22 @@ bool HeadlessSession::spinUntil(const std::function<bool()>& done, int timeoutMs
   return true;
 }
 
-void HeadlessSession::packetShown(const std::string&) {
+void HeadlessSession::dataHeader(const std::string& packet, bool parallel, bool handled) {
+  constexpr size_t kNotKept = static_cast<size_t>(-1);
+  if (!handled) {
+    const bool kept = log_.size() < SessionResult::kMaxPacketLog;
+    open_.push_back(kept ? log_.size() : kNotKept);
+    if (kept) log_.push_back({packet.size(), !packet.empty() && decodePacket(packet).triggered, parallel, {}});
+    return;
+  }
+  // Stops a serial run inside the packet's own event, so that no more than asked for arrive (a packet
+  // of a parallel transfer is counted but not drawn, so this is the one place that sees them all).
+  ++dataHeaders_;
   if (wanted_ > 0 && main_->PacketCount() >= wanted_) recorder_->SetRepeatCommand(false, "", false);
+  if (open_.empty()) return;
+  const size_t entry = open_.back();
+  open_.pop_back();
+  if (entry < log_.size()) log_[entry].statusText = main_->state().modeText;
 }
 
 SessionResult HeadlessSession::run(const SessionOptions& options) {
@@ -72,13 +91,20 @@ SessionResult HeadlessSession::run(const SessionOptions& options) {
     if (options.single) {
       int received = 0;
       for (int i = 0; i < options.packets && main_->Online(); ++i) {
+        // The answer is one "D", empty when Norm saw no trigger.
+        const uint64_t answers = dataHeaders_;
         run_->KeyStart_Click();  // zeroes PacketCount
-        spinUntil([&] { return main_->PacketCount() > 0 || !main_->Online(); }, left());
+        spinUntil([&] { return dataHeaders_ > answers || !main_->Online(); }, left());
         received += main_->PacketCount();
       }
       main_->setPacketCount(received);
     } else {
-      spinUntil([&] { return main_->PacketCount() >= options.packets || !main_->Online(); }, left());
+      // Keys may have turned the serial run into a single acquisition: then it is over once that one is.
+      auto singleOver = [&] {
+        const std::string& mode = main_->state().modeText;
+        return !run_->model().WorkMode && mode != "Started" && mode != "Progress";
+      };
+      spinUntil([&] { return main_->PacketCount() >= options.packets || !main_->Online() || singleOver(); }, left());
       recorder_->SetRepeatCommand(false, "", false);
     }
     wanted_ = 0;
@@ -88,6 +114,8 @@ SessionResult HeadlessSession::run(const SessionOptions& options) {
   }
   r.device = main_->cache();
   r.statusText = main_->state().modeText;
+  r.noTriggerVisible = main_->state().noTriggerVisible;
+  r.packetLog = log_;
   if (main_->Online()) {
     recorder_->CloseSession();
     spinUntil([&] { return main_->state().connectVisible; }, 3000);

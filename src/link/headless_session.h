@@ -1,4 +1,5 @@
 #pragma once
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
@@ -25,6 +26,14 @@ struct SessionOptions {
   std::vector<std::string> keys;
 };
 
+// One "D" header as the program took it.
+struct PacketRecord {
+  size_t length = 0;  // 0: the empty answer of Norm mode when no trigger came
+  bool triggered = false;
+  bool parallel = false;
+  std::string statusText;  // the mode text right after the program took it
+};
+
 struct SessionResult {
   bool readyReached = false;
   int packets = 0;
@@ -32,6 +41,10 @@ struct SessionResult {
   // The device as the session knew it before the disconnect cleared the session's caches.
   DeviceCache device;
   std::string statusText;
+  bool noTriggerVisible = false;
+  // Every "D" header in order of arrival, the first kMaxPacketLog of them.
+  std::vector<PacketRecord> packetLog;
+  static constexpr size_t kMaxPacketLog = 10000;
 };
 
 // The program without widgets against the simulated instrument: start-up, connect, acquisitions,
@@ -50,14 +63,18 @@ class HeadlessSession : private MainView {
   RunControl& run() { return *run_; }
   TriggerControl& trigger() { return *trigger_; }
   BasicControl& control() { return *control_; }
+  // Every "D" header so far (see SessionResult::packetLog).
+  const std::vector<PacketRecord>& packetLog() const { return log_; }
   // Runs the event loop until the predicate holds or the time is up.
   static bool spinUntil(const std::function<bool()>& done, int timeoutMs);
 
  private:
-  // Stops a serial run inside the packet's own event, so that no more than asked for arrive.
-  void packetShown(const std::string& packet) override;
+  void dataHeader(const std::string& packet, bool parallel, bool handled);
 
   int wanted_ = 0;
+  uint64_t dataHeaders_ = 0;  // "D" headers taken, empty ones included
+  std::vector<PacketRecord> log_;
+  std::vector<size_t> open_;  // entries of the log whose packet is being taken (waits may nest)
   RecordingSink sink_{kAnswerNo};
   std::unique_ptr<SimulatedObex> sim_;
   std::unique_ptr<RecordingObex> recorder_;

@@ -42,7 +42,10 @@ void RecordingObex::ObexLinkDLL1_EndSessionEvent() {
   if (auto* t = target()) t->ObexLinkDLL1_EndSessionEvent();
 }
 void RecordingObex::ObexLinkDLL1_HeaderEvent(const std::string& name, const std::string& value, bool parallel) {
+  const bool data = name == "D" && onData;
+  if (data) onData(value, parallel, false);
   if (auto* t = target()) t->ObexLinkDLL1_HeaderEvent(name, value, parallel);
+  if (data && onData) onData(value, parallel, true);
 }
 void RecordingObex::ObexLinkDLL1_rollevent(const std::string& chunk, int32_t total) {
   ++rollChunks;

@@ -1,4 +1,5 @@
 #pragma once
+#include <functional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -17,6 +18,8 @@ class RecordingObex : public ClassOBEX, private ObexEvents {
   std::vector<std::pair<std::string, int32_t>> writes;  // register writes in order
   int rollChunks = 0;
   long long rollBytes = 0;
+  // Called for every "D" header, before (handled false) and after (handled true) the program took it.
+  std::function<void(const std::string& packet, bool parallel, bool handled)> onData;
 
   void PrepareFirmwareLoad() override { inner_.PrepareFirmwareLoad(); }
   void OpenSession(bool& ok) override { inner_.OpenSession(ok); }

@@ -1,0 +1,123 @@
+#include "app/cli_display.h"
+
+#include <charconv>
+#include <initializer_list>
+#include <system_error>
+#include <utility>
+
+#include "app/command_line.h"
+#include "config/cpu_speed.h"
+#include "core/fault.h"
+#include "export/file_io.h"
+#include "export/zrv_file.h"
+
+namespace zorvik {
+
+namespace {
+
+int pick(const std::string& name, const std::string& text, std::initializer_list<std::pair<const char*, int>> items) {
+  for (const auto& [word, value] : items)
+    if (text == word) return value;
+  std::string all;
+  for (const auto& item : items) all += std::string(all.empty() ? "" : "|") + item.first;
+  throw Fault(name + " wants " + all + ": " + text);
+}
+
+void applySettings(const DisplayOptions& o, DisplaySettings& s) {
+  for (const std::string& text : o.sets) {
+    SettingAssignment set = parseSettingAssignment(text);
+    if (!s.assign(set.section, set.name, set.value)) throw Fault("no plot setting " + set.section + "/" + set.name);
+  }
+  if (o.zoom) s.zoom = *o.zoom;
+  if (o.wide) s.wide = true;
+  if (o.interp) s.interpolation = *o.interp;
+  if (o.tapsPower) s.interpolationPoints = *o.tapsPower;
+  if (o.persist) {
+    s.memory = 1;
+    s.memoMode = *o.persist;
+  }
+  if (o.depth) s.memoryDepth = *o.depth;
+}
+
+}  // namespace
+
+bool takeValue(const std::vector<std::string>& args, size_t& i, const std::string& name, std::string& value) {
+  if (args[i] == name) {
+    if (i + 1 >= args.size()) throw Fault(name + " needs a value");
+    value = args[++i];
+    return true;
+  }
+  if (args[i].rfind(name + "=", 0) == 0) {
+    value = args[i].substr(name.size() + 1);
+    return true;
+  }
+  return false;
+}
+
+int wholeNumberOption(const std::string& name, const std::string& text, int lo, int hi) {
+  long long v = 0;
+  const char* end = text.data() + text.size();
+  auto [at, ec] = std::from_chars(text.data(), end, v);
+  if (ec != std::errc() || at != end || v < lo || v > hi)
+    throw Fault(name + " wants a whole number from " + std::to_string(lo) + " to " + std::to_string(hi) + ": " + text);
+  return static_cast<int>(v);
+}
+
+bool takeDisplayOption(const std::vector<std::string>& args, size_t& i, DisplayOptions& o) {
+  std::string v;
+  if (takeValue(args, i, "--zoom", v)) {
+    o.zoom = wholeNumberOption("--zoom", v, 0, 3);
+  } else if (args[i] == "--wide") {
+    o.wide = true;
+  } else if (takeValue(args, i, "--interp", v)) {
+    o.interp = pick("--interp", v, {{"none", 0}, {"line", 1}, {"sinx", 2}, {"lanczos", 3}, {"lagrange", 4}});
+  } else if (takeValue(args, i, "--taps", v)) {
+    const int taps = wholeNumberOption("--taps", v, 2, 256);
+    if ((taps & (taps - 1)) != 0) throw Fault("--taps wants a power of two from 2 to 256: " + v);
+    int power = 0;
+    while ((1 << power) < taps) ++power;
+    o.tapsPower = power;
+  } else if (takeValue(args, i, "--hzoom", v)) {
+    o.hZoom = pick("--hzoom", v, {{"1", 1}, {"2", 2}, {"4", 4}, {"5", 5}, {"10", 10}});
+  } else if (takeValue(args, i, "--vzoom", v)) {
+    o.vZoom = static_cast<float>(pick("--vzoom", v, {{"1", 1}, {"2", 2}, {"5", 5}, {"10", 10}}));
+  } else if (takeValue(args, i, "--samples-per-div", v)) {
+    o.samplesPerDiv = wholeNumberOption("--samples-per-div", v, 1, 32767);
+  } else if (takeValue(args, i, "--persist", v)) {
+    o.persist = pick("--persist", v, {{"intensity", 1}, {"color", 2}});
+  } else if (takeValue(args, i, "--depth", v)) {
+    o.depth = pick("--depth", v, {{"infinite", 0}, {"128", 1}, {"32", 2}, {"8", 3}});
+  } else if (takeValue(args, i, "--set", v)) {
+    o.sets.push_back(v);
+  } else {
+    return false;
+  }
+  return true;
+}
+
+PacketFile readPacketFile(const std::string& path) {
+  std::string bytes = readWholeFile(path, kZrvMaxBytes);
+  if (std::optional<ZrvContents> zrv = parseZrv(bytes)) return {std::move(zrv->packet), zrv->samplesPerDiv};
+  return {std::move(bytes), std::nullopt};
+}
+
+HeadlessDisplay::HeadlessDisplay(const DisplayOptions& options)
+    : main_(settings_, sink_, static_cast<MainView&>(*this)), host_(main_), display_(host_, settings_, CpuMHz()) {
+  applySettings(options, display_.settings());
+  display_.inputs().hZoom = options.hZoom;
+  display_.inputs().vZoom = options.vZoom;
+  display_.SetupDisplay();
+  main_.setStages(&display_);
+  main_.setPacketCount(0);
+}
+
+HeadlessDisplay::~HeadlessDisplay() { main_.setStages(nullptr); }
+
+void HeadlessDisplay::packet(const std::string& bytes, int samplesPerDiv) {
+  main_.SamplesPerDiv = samplesPerDiv >= 1 ? samplesPerDiv : 16;
+  main_.setPacketCount(main_.PacketCount() + 1);
+  main_.ProcessPacket(bytes);
+  main_.setLastPacket(bytes);
+}
+
+}  // namespace zorvik
