@@ -65,6 +65,11 @@ mainwin::mainwin(SettingsStore& settings, const InstanceIdentity& identity, std:
   rollCanvas_ = std::make_unique<DisplayRollCanvas>(*scope_);
   main_->setRollCanvas(rollCanvas_.get(), [this] { return rollSettingsOf(*scope_, main_->SamplesPerDiv); });
   main_->setNoTriggerMsg(scope_->settings().noTrigMsg);
+  main_->onRollZoomOff = [this] {
+    if (scope_->inputs().hZoom == 1) return;
+    scope_->inputs().hZoom = 1;
+    scope_->refreshTimeBase();
+  };
   const int showTime = scope_->settings().showTime;
   main_->setShowTimeMs(kShowTimes[showTime >= 0 && showTime < 10 ? showTime : 0]);
   if (link_) link_->SetShowTime(main_->ShowTimeMs());

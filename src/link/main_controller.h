@@ -117,6 +117,8 @@ class MainController : public ObexEvents, public PacketHost, private RollHost {
   void unsupportedMode(const std::string& text) override;
   // Where the roll stream draws, and the settings it reads at the start of each packet.
   void setRollCanvas(RollCanvas* canvas, std::function<RollSettings()> settings);
+  // A roll starts: the horizontal zoom goes off, since the stream draws one sample a column.
+  std::function<void()> onRollZoomOff = [] {};
   bool workModeSerial = true;  // "Progress"/"Stopped" are shown only for single acquisitions
   const RollStream& roll() const { return *roll_; }
 
@@ -152,6 +154,7 @@ class MainController : public ObexEvents, public PacketHost, private RollHost {
 
   // RollHost.
   RollSettings rollSettings() override { return rollSettings_ ? rollSettings_() : RollSettings{}; }
+  void rollZoomOff() override { onRollZoomOff(); }
   void rollHeader(const PacketInfo& header) override;
   void rollSampleCount(int count) override;
   void rollProgress(bool finished) override;
