@@ -8,6 +8,7 @@
 #include <numeric>
 
 #include "app/cli_display.h"
+#include "app/command_line.h"
 #include "core/fault.h"
 #include "sim/packet_builder.h"
 #include "sim/sim_config.h"

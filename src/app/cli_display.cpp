@@ -1,8 +1,6 @@
 #include "app/cli_display.h"
 
-#include <charconv>
 #include <initializer_list>
-#include <system_error>
 #include <utility>
 
 #include "app/command_line.h"
@@ -40,28 +38,6 @@ void applySettings(const DisplayOptions& o, DisplaySettings& s) {
 }
 
 }  // namespace
-
-bool takeValue(const std::vector<std::string>& args, size_t& i, const std::string& name, std::string& value) {
-  if (args[i] == name) {
-    if (i + 1 >= args.size()) throw Fault(name + " needs a value");
-    value = args[++i];
-    return true;
-  }
-  if (args[i].rfind(name + "=", 0) == 0) {
-    value = args[i].substr(name.size() + 1);
-    return true;
-  }
-  return false;
-}
-
-int wholeNumberOption(const std::string& name, const std::string& text, int lo, int hi) {
-  long long v = 0;
-  const char* end = text.data() + text.size();
-  auto [at, ec] = std::from_chars(text.data(), end, v);
-  if (ec != std::errc() || at != end || v < lo || v > hi)
-    throw Fault(name + " wants a whole number from " + std::to_string(lo) + " to " + std::to_string(hi) + ": " + text);
-  return static_cast<int>(v);
-}
 
 bool takeDisplayOption(const std::vector<std::string>& args, size_t& i, DisplayOptions& o) {
   std::string v;

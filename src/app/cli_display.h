@@ -26,10 +26,6 @@ struct DisplayOptions {
   std::vector<std::string> sets;
 };
 
-// When args[i] is NAME VALUE or NAME=VALUE: the value, with i on the last word taken.
-bool takeValue(const std::vector<std::string>& args, size_t& i, const std::string& name, std::string& value);
-// A whole number lo..hi filling the text; Fault naming the option otherwise.
-int wholeNumberOption(const std::string& name, const std::string& text, int lo, int hi);
 // True when args[i] is one of the display options (i then stands on its last word); Fault on a bad value.
 bool takeDisplayOption(const std::vector<std::string>& args, size_t& i, DisplayOptions& options);
 

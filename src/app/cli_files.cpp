@@ -27,20 +27,6 @@ namespace {
 
 constexpr int kMaxSimPackets = 9999;  // the four digits of the file names
 
-// "--name value" or "--name=value"; false when args[i] is another argument.
-bool takeValue(const std::vector<std::string>& args, size_t& i, const std::string& name, std::string& value) {
-  if (args[i] == name) {
-    if (i + 1 >= args.size()) throw Fault(name + " needs a value");
-    value = args[++i];
-    return true;
-  }
-  if (args[i].rfind(name + "=", 0) == 0) {
-    value = args[i].substr(name.size() + 1);
-    return true;
-  }
-  return false;
-}
-
 int failed(std::ostream& err, const std::string& what) {
   err << "zorvik-cli: " << what << "\n";
   return 2;

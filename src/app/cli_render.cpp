@@ -6,6 +6,7 @@
 #include <QPainter>
 
 #include "app/cli_display.h"
+#include "app/command_line.h"
 #include "core/fault.h"
 #include "display/label_painter.h"
 #include "export/file_io.h"

@@ -1,25 +1,11 @@
 #include "app/command_line.h"
 
+#include <charconv>
+#include <system_error>
+
 #include "core/fault.h"
 
 namespace zorvik {
-
-namespace {
-// Accepts "--opt value" and "--opt=value".
-bool takeValue(const std::vector<std::string>& args, size_t& i, const std::string& opt, std::string& out) {
-  const std::string& a = args[i];
-  if (a == opt) {
-    if (i + 1 >= args.size()) throw Fault(opt + " needs a value");
-    out = args[++i];
-    return true;
-  }
-  if (a.rfind(opt + "=", 0) == 0) {
-    out = a.substr(opt.size() + 1);
-    return true;
-  }
-  return false;
-}
-}  // namespace
 
 CommandLine parseCommandLine(const std::vector<std::string>& args) {
   CommandLine cl;
@@ -47,6 +33,28 @@ SettingAssignment parseSettingAssignment(const std::string& text) {
   if (slash == std::string::npos || slash == 0 || eq == std::string::npos || eq == slash + 1)
     throw Fault("malformed setting (want SECTION/NAME=VALUE): " + text);
   return {text.substr(0, slash), text.substr(slash + 1, eq - slash - 1), text.substr(eq + 1)};
+}
+
+bool takeValue(const std::vector<std::string>& args, size_t& i, const std::string& name, std::string& value) {
+  if (args[i] == name) {
+    if (i + 1 >= args.size()) throw Fault(name + " needs a value");
+    value = args[++i];
+    return true;
+  }
+  if (args[i].rfind(name + "=", 0) == 0) {
+    value = args[i].substr(name.size() + 1);
+    return true;
+  }
+  return false;
+}
+
+int wholeNumberOption(const std::string& name, const std::string& text, int lo, int hi) {
+  long long v = 0;
+  const char* end = text.data() + text.size();
+  auto [at, ec] = std::from_chars(text.data(), end, v);
+  if (ec != std::errc() || at != end || v < lo || v > hi)
+    throw Fault(name + " wants a whole number from " + std::to_string(lo) + " to " + std::to_string(hi) + ": " + text);
+  return static_cast<int>(v);
 }
 
 }  // namespace zorvik

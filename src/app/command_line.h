@@ -21,4 +21,9 @@ struct SettingAssignment {
 };
 SettingAssignment parseSettingAssignment(const std::string& text);
 
+// When args[i] is NAME VALUE or NAME=VALUE: the value, with i on the last word taken.
+bool takeValue(const std::vector<std::string>& args, size_t& i, const std::string& name, std::string& value);
+// A whole number lo..hi filling the text; Fault naming the option otherwise.
+int wholeNumberOption(const std::string& name, const std::string& text, int lo, int hi);
+
 }  // namespace zorvik
