@@ -117,6 +117,18 @@ class MainwinTest : public QObject {
     return columns;
   }
 
+  void startUpShowsTheDefaultPacket() {
+    QTemporaryDir dir;
+    QVERIFY(QFile::copy(QT_TESTCASE_SOURCEDIR "/data/default.zrv", dir.filePath("default.zrv")));
+    const QString previous = QDir::currentPath();
+    QDir::setCurrent(dir.path());
+    auto w = make("rate=max");
+    w->restoreDefaultPacket();
+    QDir::setCurrent(previous);
+    QVERIFY(!w->core().LastPacket().empty());
+    QVERIFY2(tracedColumns(w->display().canvas().snapshot()) > 100, "the default packet is on the screen");
+  }
+
   void slowTimeBaseGrowsTheTraceWhileTheDataArrive() {
     auto w = make("rate=200,freq=2");
     QTest::mouseClick(w->findChild<QPushButton*>("KeyConnect"), Qt::LeftButton);
