@@ -1,5 +1,6 @@
 #include <QDir>
 #include <QFileDialog>
+#include <QLineEdit>
 #include <QMenu>
 #include <QTemporaryDir>
 #include <QtTest>
@@ -14,14 +15,15 @@
 using namespace zorvik;
 
 namespace {
-// Acts on the file dialog once it stands (looked for until it shows); the test goes on when exec() returns.
+// Acts on the file dialog once it stands, and again at every tick until it closes: a dialog still busy
+// reading its folder may ignore the first accept. The test goes on when exec() returns.
 void onDialog(std::function<void(QFileDialog*)> act) {
   auto* timer = new QTimer;
   QObject::connect(timer, &QTimer::timeout, [timer, act] {
     for (QWidget* w : QApplication::topLevelWidgets()) {
       if (auto* d = qobject_cast<QFileDialog*>(w); d && d->isVisible()) {
-        timer->deleteLater();
-        timer->stop();
+        QObject::connect(d, &QDialog::finished, timer, &QTimer::stop, Qt::UniqueConnection);
+        QObject::connect(d, &QDialog::finished, timer, &QObject::deleteLater, Qt::UniqueConnection);
         act(d);
         return;
       }
@@ -75,12 +77,15 @@ class PacketFilesWidgetTest : public QObject {
     QStringList filters;
     bool confirms = false;
     onDialog([&](QFileDialog* d) {
-      title = d->windowTitle();
-      filters = d->nameFilters();
-      folder = d->directory().absolutePath();
-      confirms = !d->testOption(QFileDialog::DontConfirmOverwrite);
+      if (title.isEmpty()) {  // as it first stood
+        title = d->windowTitle();
+        filters = d->nameFilters();
+        folder = d->directory().absolutePath();
+        confirms = !d->testOption(QFileDialog::DontConfirmOverwrite);
+      }
       d->setDirectory(dir.filePath("sub"));
-      d->selectFile(dir.filePath("sub/out"));
+      // Typed, as a user does: selectFile races the dialog's folder reading.
+      d->findChild<QLineEdit*>("fileNameEdit")->setText(dir.filePath("sub/out"));
       static_cast<QDialog*>(d)->accept();  // as the Save key does
     });
     FileDialogAnswer a = dialogs.ask(request);
