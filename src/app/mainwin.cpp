@@ -22,6 +22,7 @@
 #include "app/trigger_panel.h"
 #include "app/vertical_panel.h"
 #include "app/window_keys.h"
+#include "app/zoom_bar.h"
 #include "config/cpu_speed.h"
 #include "control/delay_control.h"
 #include "display/display_host.h"
@@ -29,6 +30,7 @@
 #include "display/plot_inputs_source.h"
 #include "display/scope_display.h"
 #include "display/scope_display_window.h"
+#include "display/view_zoom.h"
 #include "export/packet_files.h"
 #include "link/class_obex.h"
 
@@ -65,10 +67,22 @@ mainwin::mainwin(SettingsStore& settings, const InstanceIdentity& identity, std:
   rollCanvas_ = std::make_unique<DisplayRollCanvas>(*scope_);
   main_->setRollCanvas(rollCanvas_.get(), [this] { return rollSettingsOf(*scope_, main_->SamplesPerDiv); });
   main_->setNoTriggerMsg(scope_->settings().noTrigMsg);
+  hZoom_ = std::make_unique<ViewZoom>(settings_, ZoomAxis::Horizontal);
+  vZoom_ = std::make_unique<ViewZoom>(settings_, ZoomAxis::Vertical);
+  hZoom_->onChange = [this] { horZoomChanged(); };
+  vZoom_->onChange = [this] { vertZoomChanged(); };
   main_->onRollZoomOff = [this] {
-    if (scope_->inputs().hZoom == 1) return;
-    scope_->inputs().hZoom = 1;
-    scope_->refreshTimeBase();
+    // The roll draws its own trace: the zoom goes off without a replay of the last packet.
+    rollStarting_ = true;
+    hZoom_->switchOff();
+    rollStarting_ = false;
+  };
+  // The fast positions without RIS press the same keys as the user.
+  control_->timebase().onHorZoom = [this](int z) {
+    if (z > 1)
+      hZoom_->keyClicked(z, true);
+    else
+      hZoom_->switchOff();
   };
   const int showTime = scope_->settings().showTime;
   main_->setShowTimeMs(kShowTimes[showTime >= 0 && showTime < 10 ? showTime : 0]);
@@ -84,6 +98,7 @@ mainwin::mainwin(SettingsStore& settings, const InstanceIdentity& identity, std:
   buildMenus();
   buildPanel();
   devicePage_ = new DevicePage(this);
+  restoreZoom();
   scaleChanged();
   placeWindow();
   refreshRunControls();
@@ -150,8 +165,15 @@ void mainwin::buildPanel() {
   screenRow->setSpacing(0);
   screenRow->addWidget(display_, 0, Qt::AlignTop);
   screenRow->addWidget(triggerMarker_, 0, Qt::AlignTop);
+  vZoomBar_ = new ZoomBar(*vZoom_, central);
+  vZoomBar_->setFixedHeight(display_->sizeHint().height());
+  screenRow->addWidget(vZoomBar_, 0, Qt::AlignTop);
   screenRow->addStretch(1);
   screenColumn->addLayout(screenRow);
+  hZoomBar_ = new ZoomBar(*hZoom_, central);
+  hZoomBar_->setFixedWidth(display_->sizeHint().width());
+  screenColumn->addWidget(hZoomBar_);
+  display_->onSelection = [this](const DisplayMouse::Selection&, QPoint at) { selectionMenu(at); };
   horizontalPanel_ = new HorizontalPanel(control_->timebase(), central);
   screenColumn->addWidget(horizontalPanel_);
   screenColumn->addStretch(1);
@@ -281,7 +303,70 @@ void mainwin::scaleChanged() {
   scope_->refreshVertical();
   if (verticalPanel_) verticalPanel_->refresh();
   if (horizontalPanel_) horizontalPanel_->refresh();
+  if (triggerMarker_) triggerMarker_->refresh();
   main_->replayLastPacket();
+}
+
+void mainwin::restoreZoom() {
+  guarded([&] {
+    hZoom_->restore();
+    // A fast position without RIS stands on its own zoom.
+    const int standIn = control_->timebase().model().horZoom;
+    if (standIn > 1 && standIn != hZoom_->factor()) hZoom_->keyClicked(standIn, true);
+    vZoom_->restore();
+  });
+}
+
+void mainwin::horZoomChanged() {
+  control_->timebase().noteHorZoom(hZoom_->factor());
+  scope_->inputs().hZoom = hZoom_->factor();
+  scope_->inputs().hViewFrac = hZoom_->frac();
+  scope_->refreshTimeBase();
+  if (hZoomBar_) hZoomBar_->refresh();
+  if (display_) display_->hideMouseTools();
+  if (rollStarting_) return;
+  scope_->ClearIntensity();
+  main_->setReplotNeeded(true);
+  main_->replayLastPacket();
+}
+
+void mainwin::vertZoomChanged() {
+  scope_->inputs().vZoom = static_cast<float>(vZoom_->factor());
+  scope_->inputs().vViewFrac = vZoom_->frac();
+  if (vZoomBar_) vZoomBar_->refresh();
+  if (display_) display_->hideMouseTools();
+  scope_->ClearIntensity();
+  // The channel's zoom scale moves the labels; its scale change replays the packet.
+  control_->channel().setVertZoom(vZoom_->factor(), vZoom_->value(), ViewZoom::kMin, ViewZoom::kMax);
+}
+
+void mainwin::selectionMenu(QPoint at) {
+  QMenu menu(this);
+  menu.setObjectName("SelRectMenu");
+  menu.setTitle("SelRect");
+  QAction* zoom = menu.addAction("change zoom to", [this] { guarded([this] { zoomToSelection(); }); });
+  zoom->setObjectName("SelRectOperation0");
+  // The picture window that takes copies of the selection is not part of this program yet.
+  const char* copies[] = {"show in new window", "magn x2 to new window", "magn x3 to new window",
+                          "magn x4 to new window", "magn x5 to new window"};
+  for (const char* caption : copies) menu.addAction(caption)->setEnabled(false);
+  menu.exec(at);
+}
+
+void mainwin::zoomToSelection() {
+  const DisplayMouse::Selection s = display_->mouse().selection();
+  if (!s.visible) return;
+  const int width = scope_->plotWidth();
+  const int hOld = hZoom_->factor(), vOld = vZoom_->factor();
+  const int hNew = horizontalZoomForSelection(hOld, static_cast<double>(width) / (s.right() - s.left()));
+  const int vNew = verticalZoomForSelection(vOld, static_cast<double>(kTraceRows) / (s.top() - s.bottom()));
+  const int hValue = viewValueCentring(ZoomAxis::Horizontal, hOld, hZoom_->value(), (s.left() + s.right()) / 2.0 / width, hNew);
+  const int vValue =
+      viewValueCentring(ZoomAxis::Vertical, vOld, vZoom_->value(), (s.bottom() + s.top()) / 2.0 / kTraceRows, vNew);
+  if (hNew != hOld) hZoom_->keyClicked(hNew, true);
+  if (hNew > 1) hZoom_->setValue(hValue);
+  if (vNew != vOld) vZoom_->keyClicked(vNew, true);
+  if (vNew > 1) vZoom_->setValue(vValue);
 }
 
 void mainwin::displaySettingChanged(const char* name, bool setup) {
@@ -300,6 +385,8 @@ void mainwin::displaySettingChanged(const char* name, bool setup) {
 void mainwin::displayGeometryChanged() {
   if (!display_) return;
   if (triggerMarker_) triggerMarker_->refresh();
+  if (hZoomBar_) hZoomBar_->setFixedWidth(display_->sizeHint().width());
+  if (vZoomBar_) vZoomBar_->setFixedHeight(display_->sizeHint().height());
   if (centralWidget() && centralWidget()->layout()) centralWidget()->layout()->activate();
   adjustSize();
   checkScreenFor(this, sink_, main_->identity().InstanceTitle);

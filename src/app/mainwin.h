@@ -35,6 +35,8 @@ class DisplayRollCanvas;
 class VerticalPanel;
 class HorizontalPanel;
 class ClassOBEX;
+class ViewZoom;
+class ZoomBar;
 
 // The main window: binds the front panel and the read-outs to the core and forwards the user's actions.
 class mainwin : public QMainWindow, private MainView {
@@ -82,6 +84,13 @@ class mainwin : public QMainWindow, private MainView {
   void refreshRunControls();
   // The controllers' scale reaches the display: inputs, labels, and the last packet drawn anew.
   void scaleChanged();
+  // The view zoom of an axis changed: the plotter's inputs, the bars, and the packet drawn anew.
+  void horZoomChanged();
+  void vertZoomChanged();
+  void restoreZoom();
+  // The selection's menu on the display, and its first item: the zoom that shows the selection.
+  void selectionMenu(QPoint at);
+  void zoomToSelection();
   bool eventFilter(QObject* watched, QEvent* event) override;
 
   SettingsStore& settings_;
@@ -110,6 +119,10 @@ class mainwin : public QMainWindow, private MainView {
   ScopeDisplayWindow* display_ = nullptr;
   VerticalPanel* verticalPanel_ = nullptr;
   HorizontalPanel* horizontalPanel_ = nullptr;
+  std::unique_ptr<ViewZoom> hZoom_, vZoom_;
+  ZoomBar* hZoomBar_ = nullptr;
+  ZoomBar* vZoomBar_ = nullptr;
+  bool rollStarting_ = false;
   DevicePage* devicePage_ = nullptr;
   QPushButton* KeyConnect = nullptr;
   QPushButton* KeyStart = nullptr;

@@ -10,8 +10,10 @@ namespace zorvik {
 
 namespace {
 constexpr int kStripWidth = 16;
-// Without a vertical zoom the marker stands at the level itself.
-constexpr double kZoom = 1, kPosition = 0, kMin = 0, kMax = 1;
+// The vertical zoom's view position as a share of its scroll: 0 the bottom, 1 the top.
+constexpr double kMin = 0, kMax = 1;
+double zoomOf(const ScopeDisplay& d) { return d.inputs().vZoom > 0 ? d.inputs().vZoom : 1; }
+double positionOf(const ScopeDisplay& d) { return d.inputs().vViewFrac + 0.5; }
 }  // namespace
 
 TriggerMarker::TriggerMarker(TriggerControl& trigger, const ScopeDisplay& display, QWidget* parent)
@@ -33,14 +35,14 @@ int TriggerMarker::levelAt(int y) const {
   const DisplayGeometry& g = display_.canvas().geometry();
   // The inverse of the display's row to pixel mapping.
   const double row = kTraceRows - static_cast<double>(y - kPictureMargin) * 2 / g.halfScale();
-  return TriggerControl::levelFromMarker(row, kZoom, kPosition, kMin, kMax);
+  return TriggerControl::levelFromMarker(row, zoomOf(display_), positionOf(display_), kMin, kMax);
 }
 
 void TriggerMarker::paintEvent(QPaintEvent*) {
   QPainter p(this);
   p.fillRect(rect(), palette().window());
   const int level = trigger_.model().level;
-  const int row = static_cast<int>(TriggerControl::markerTop(level, kZoom, kPosition, kMin, kMax));
+  const int row = static_cast<int>(TriggerControl::markerTop(level, zoomOf(display_), positionOf(display_), kMin, kMax));
   const int y = display_.canvas().geometry().pixelY(row);
   QFont f = font();
   f.setBold(true);

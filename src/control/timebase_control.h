@@ -50,6 +50,8 @@ class TimebaseControl {
   Listeners onScale;   // the time scale moved: labels, grid text, replot
   // The horizontal zoom keys, pressed by the fast positions without RIS.
   std::function<void(int zoom)> onHorZoom = [](int) {};
+  // The user pressed a zoom key: the fast positions go on from that zoom.
+  void noteHorZoom(int zoom) { model_.horZoom = zoom > 1 ? zoom : 1; }
   // After an MC echo: the trigger delay follows the clock.
   std::function<void()> onClock = [] {};
   // Width of the acquisition area in pixels (320, 480 in Wide) and the state of the trigger delay.

@@ -1,6 +1,8 @@
 #pragma once
 #include <QWidget>
+#include <functional>
 
+#include "display/display_mouse.h"
 #include "display/scope_display.h"
 
 namespace zorvik {
@@ -18,19 +20,39 @@ class ScopeDisplayWindow : public QWidget {
 
   // The status texts of the label band from the main window's state.
   void showState(const MainState& state);
-  // MainView::clearDisplay: Cls (markers hidden).
-  void clear() { display_.clearDisplay(); }
+  // MainView::clearDisplay: Cls, markers and selection hidden.
+  void clear();
   ScopeDisplay& display() { return display_; }
+  const DisplayMouse& mouse() const { return mouse_; }
+  // Markers and selection hidden, the picture kept.
+  void hideMouseTools() {
+    mouse_.clear();
+    update();
+  }
+
+  // The display's logical units at a pixel of the widget (x 0 to PlotWidth, y 0 at the bottom to 256).
+  QPoint logicalAt(QPoint pixel) const;
+  // The scale of the view as the mouse tools read it.
+  MouseScale mouseScale() const;
+
+  // A selection stands when the right key came up: the window pops its menu at this global position.
+  std::function<void(const DisplayMouse::Selection&, QPoint)> onSelection;
 
   QSize sizeHint() const override;
   QSize minimumSizeHint() const override { return sizeHint(); }
 
  protected:
   void paintEvent(QPaintEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseMoveEvent(QMouseEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
+  bool event(QEvent* event) override;
 
  private:
   void geometryChanged();
+  void paintMouseTools(QPainter& p) const;
   ScopeDisplay& display_;
+  DisplayMouse mouse_;
 };
 
 // The screen check at the end of SetupDisplay for the window that holds the display. The modes offered

@@ -1,0 +1,134 @@
+#include <QMenu>
+#include <QScrollBar>
+#include <QTimer>
+#include <QToolButton>
+#include <QtTest>
+
+#include "app/mainwin.h"
+#include "display/scope_display.h"
+#include "display/scope_display_window.h"
+#include "display/view_zoom.h"
+#include "sim/sim_config.h"
+#include "sim/simulated_obex.h"
+
+using namespace zorvik;
+
+// The zoom keys and scrolls beside the display, and the display's mouse tools, on the main window with
+// the default packet on the screen.
+class ZoomTest : public QObject {
+  Q_OBJECT
+
+ private:
+  std::unique_ptr<mainwin> make() {
+    CommandLine cl;
+    SimConfig config;
+    auto w = std::make_unique<mainwin>(settings_, makeIdentity(1), std::make_unique<SimulatedObex>(config), cl);
+    w->show();
+    const QString previous = QDir::currentPath();
+    QDir::setCurrent(QT_TESTCASE_SOURCEDIR "/data");
+    w->restoreDefaultPacket();
+    QDir::setCurrent(previous);
+    return w;
+  }
+  static QPoint pixel(mainwin& w, int x, int y) {
+    const DisplayGeometry& g = w.display().canvas().geometry();
+    return {g.pixelX(x), g.pixelY(y)};
+  }
+  MemorySettings settings_;
+
+ private slots:
+  void horizontalKeysZoomTheViewAndTheScrollPlacesIt() {
+    auto w = make();
+    QVERIFY(!w->core().LastPacket().empty());
+    auto* x5 = w->findChild<QToolButton*>("Hzoom5");
+    auto* x2 = w->findChild<QToolButton*>("Hzoom2");
+    auto* view = w->findChild<QScrollBar*>("HScrollView");
+    QVERIFY(x5 && x2 && view);
+    QVERIFY(!view->isEnabled());
+    QCOMPARE(view->toolTip(), QString("Full view"));
+    const float full = w->display().timeView().TimePerDiv;
+    const QImage before = w->display().canvas().snapshot();
+
+    x5->click();
+    QVERIFY(x5->isChecked());
+    QVERIFY(view->isEnabled());
+    QCOMPARE(w->display().inputs().hZoom, 5);
+    QCOMPARE(w->display().timeView().TimePerDiv, full / 5);
+    QCOMPARE(settings_.GetSettingValue("Hor", "HorZoom", ""), std::string("5"));
+    QVERIFY2(w->display().canvas().snapshot() != before, "the packet is drawn again, stretched");
+    if (!qEnvironmentVariableIsEmpty("ZORVIK_SCREENSHOT")) w->grab().save(qEnvironmentVariable("ZORVIK_SCREENSHOT") + ".h.png");
+
+    x2->click();  // the other key of the axis goes off
+    QVERIFY(!x5->isChecked());
+    QCOMPARE(w->display().inputs().hZoom, 2);
+    view->setValue(ViewZoom::kMax);  // the left end of the record
+    QCOMPARE(w->display().inputs().hViewFrac, 1.0);
+    QCOMPARE(settings_.GetSettingValue("Hor", "HorZoom2Poz", ""), std::string("1000"));
+    x2->click();
+    QCOMPARE(w->display().inputs().hZoom, 1);
+    QCOMPARE(settings_.GetSettingValue("Hor", "HorZoom", ""), std::string("1"));
+    QCOMPARE(w->display().canvas().snapshot(), before);
+
+    // A position faster than real sampling without RIS stands on the keys, and leaves them on the way up.
+    w->control().timebase().EnableRIS_Click(false);
+    w->control().timebase().ScrollTimeDiv_Change(5);
+    QVERIFY(x5->isChecked());
+    QCOMPARE(w->display().inputs().hZoom, 5);
+    w->control().timebase().ScrollTimeDiv_Change(8);
+    QVERIFY(!x5->isChecked());
+    QCOMPARE(w->display().inputs().hZoom, 1);
+    QCOMPARE(settings_.GetSettingValue("Hor", "HorZoom", ""), std::string("1"));
+  }
+
+  void verticalKeysScaleTheChannelAndTheMarkerFollows() {
+    auto w = make();
+    const float full = w->control().channel().model().ZoomVoltPerDiv;
+    auto* x2 = w->findChild<QToolButton*>("x2Vzoom1");
+    QVERIFY(x2);
+    QCOMPARE(x2->toolTip(), QString("two times vert expand"));
+    x2->click();
+    QCOMPARE(w->control().channel().model().ZoomVoltPerDiv, full / 2);
+    QCOMPARE(w->display().inputs().vZoom, 2.0f);
+    QCOMPARE(settings_.GetSettingValue("Ch1", "VertZoom", ""), std::string("2"));
+    x2->click();
+    QCOMPARE(w->control().channel().model().ZoomVoltPerDiv, full);
+  }
+
+  void mouseMarkersAndTheSelectionsZoom() {
+    auto w = make();
+    auto* display = w->findChild<ScopeDisplayWindow*>("Display");
+    QVERIFY(display);
+    QTest::mousePress(display, Qt::LeftButton, {}, pixel(*w, 100, 128));
+    QTest::mouseMove(display, pixel(*w, 164, 128));
+    QVERIFY(display->mouse().vertical().visible);
+    QVERIFY(!display->mouse().horizontal().visible);
+    QTest::mouseRelease(display, Qt::LeftButton, {}, pixel(*w, 164, 128));
+
+    // A selection a sixth of the width and half the height, right of the middle and in the top half.
+    bool offered = false;
+    QTimer::singleShot(50, [&] {
+      auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+      if (!menu) return;
+      offered = menu->objectName() == "SelRectMenu";
+      for (QAction* a : menu->actions())
+        if (a->objectName() == "SelRectOperation0") a->trigger();
+      menu->close();
+    });
+    QTest::mousePress(display, Qt::RightButton, {}, pixel(*w, 180, 250));
+    QTest::mouseMove(display, pixel(*w, 200, 200));
+    QTest::mouseMove(display, pixel(*w, 233, 122));
+    QTest::mouseRelease(display, Qt::RightButton, {}, pixel(*w, 233, 122));
+    QVERIFY(offered);
+    QCOMPARE(w->display().inputs().hZoom, 5);  // 320 / 53 reaches 5
+    QCOMPARE(w->display().inputs().vZoom, 2.0f);
+    QVERIFY(w->display().inputs().hViewFrac < 0);  // right of the middle
+    QVERIFY(w->display().inputs().vViewFrac > 0);  // above it
+    QVERIFY(!display->mouse().selection().visible);
+    QTest::mousePress(display, Qt::LeftButton, {}, pixel(*w, 100, 100));
+    QTest::mouseMove(display, pixel(*w, 200, 60));
+    if (!qEnvironmentVariableIsEmpty("ZORVIK_SCREENSHOT")) w->grab().save(qEnvironmentVariable("ZORVIK_SCREENSHOT"));
+  }
+};
+
+QTEST_MAIN(ZoomTest)
+#include "zoom_test.moc"
