@@ -1,22 +1,33 @@
-// Arbitrary bytes as an acquisition packet through the packet entry and a replay.
+// Arbitrary bytes as an acquisition packet through the packet entry and a replay, with the measurement
+// pass (every amplitude meter open, the auto level on) reading segment 1.
 #include <cstddef>
 #include <cstdint>
 #include <string>
 
+#include "measure/measurement_pass.h"
 #include "signal/process_packet.h"
 
 namespace {
 struct Host : zorvik::PacketHost {
+  explicit Host(zorvik::PacketStages& measure) : measure_(measure) {}
   uint32_t t = 0;
   uint32_t tickMs() override { return t += 7; }
   bool selectRectVisible() const override { return select; }
+  void sampleCountChanged(int n) override { measure_.sampleCountChanged(n); }
+  void measure(const zorvik::SegmentData& s) override { measure_.measure(s); }
   bool select = false;
+  zorvik::PacketStages& measure_;
 };
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   std::string packet(reinterpret_cast<const char*>(data), size);
-  Host host;
+  zorvik::MeasureInputs in;
+  in.autoLevel = true;
+  zorvik::MeasurementPass pass([&] { return in; });
+  using M = zorvik::Meter;
+  pass.open = {M::DCV, M::PPV, M::ACV, M::VDB, M::TRV, M::ACR, M::POV, M::NOV};
+  Host host(pass);
   zorvik::PacketProcessor pp(host);
   pp.ProcessPacket(packet);
   host.select = true;

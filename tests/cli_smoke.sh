@@ -16,6 +16,13 @@ check "decode exit" "[ $rc -eq 0 ]"
 check "decode count" "echo '$out' | grep -q '\"sample_count\":20'"
 check "decode triggered" "echo '$out' | grep -q '\"triggered\":true'"
 
+out=$("$cli" measure "$tmp/p.bin" --volts-per-div 0.256); rc=$?
+check "measure exit" "[ $rc -eq 0 ]"
+check "measure dc" "echo '$out' | grep -q '\"dc_valid\":true'"
+check "measure peak to peak" "echo '$out' | grep -q '\"peak_to_peak_volts\":0.152'"
+"$cli" measure "$tmp/p.bin" --volts-per-div none 2>"$tmp/err"; rc=$?
+check "measure bad number exit 2" "[ $rc -eq 2 ]"
+
 printf 'zorvik\x01\x20\x00\x00\x04\x00abcdefghij' > "$tmp/p.zrv"
 out=$("$cli" decode "$tmp/p.zrv")
 check "decode zrv" "echo '$out' | grep -q '\"samples_per_div\":32'"

@@ -9,6 +9,7 @@
 #include "app/cli_bench.h"
 #include "app/cli_decode.h"
 #include "app/cli_files.h"
+#include "app/cli_measure.h"
 #include "app/cli_render.h"
 #include "app/cli_session.h"
 #include "app/cli_settings.h"
@@ -20,6 +21,7 @@ namespace {
 int usage(std::ostream& out) {
   out << "usage: zorvik-cli <command> [options]\n"
          "  decode FILE                       decode a packet or zrv file\n"
+         "  measure FILE [--volts-per-div V] [--zero V]   amplitude quantities of segment 1\n"
          "  session [--sim K=V,...] [--packets N] [--single] [--timeout S] [--keys K1,K2,...]\n"
          "          [--save-last FILE.zrv] [--set SECTION/NAME=VALUE]\n"
          "  render FILE... --png OUT.png [--zoom 0..3] [--wide] [--interp none|line|sinx|lanczos|lagrange]\n"
@@ -60,6 +62,7 @@ int main(int argc, char** argv) {
   std::unique_ptr<QCoreApplication> app = makeApplication(argc, argv, command);
   try {
     if (command == "decode") return zorvik::runDecodeCommand(args, std::cout, std::cerr);
+    if (command == "measure") return zorvik::runMeasureCommand(args, std::cout, std::cerr);
     if (command == "session") return zorvik::runSessionCommand(args, std::cout, std::cerr);
     if (command == "render") return zorvik::runRenderCommand(args, std::cout, std::cerr);
     if (command == "timebase") return zorvik::runTimebaseCommand(args, std::cout, std::cerr);

@@ -33,6 +33,7 @@
 #include "display/view_zoom.h"
 #include "export/packet_files.h"
 #include "link/class_obex.h"
+#include "measure/measurement_pass.h"
 
 namespace zorvik {
 
@@ -64,6 +65,18 @@ mainwin::mainwin(SettingsStore& settings, const InstanceIdentity& identity, std:
   displayHost_ = std::make_unique<ControllerDisplayHost>(*main_);
   scope_ = std::make_unique<ScopeDisplay>(*displayHost_, settings_, CpuMHz());
   main_->setStages(scope_.get());
+  measure_ = std::make_unique<MeasurementPass>([this] {
+    MeasureInputs in;
+    in.FullScaleVolts = main_->FullScaleVolts;
+    in.ZeroVolts = main_->ZeroVolts;
+    in.autoLevel = trigger_->model().AutoTrig1;
+    return in;
+  });
+  measure_->onAutoLevel = [this](int level) {
+    if (level != trigger_->model().level) guarded([&] { trigger_->setLevel(level); });
+  };
+  measure_->selectionVisible = [this] { return display_ && display_->mouse().selection().visible; };
+  scope_->setNext(measure_.get());
   rollCanvas_ = std::make_unique<DisplayRollCanvas>(*scope_);
   main_->setRollCanvas(rollCanvas_.get(), [this] { return rollSettingsOf(*scope_, main_->SamplesPerDiv); });
   main_->setNoTriggerMsg(scope_->settings().noTrigMsg);

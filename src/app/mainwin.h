@@ -36,6 +36,7 @@ class VerticalPanel;
 class HorizontalPanel;
 class ClassOBEX;
 class ViewZoom;
+class MeasurementPass;
 class ZoomBar;
 
 // The main window: binds the front panel and the read-outs to the core and forwards the user's actions.
@@ -55,6 +56,7 @@ class mainwin : public QMainWindow, private MainView {
   QtMessageSink& messages() { return sink_; }
   ScopeDisplay& display() { return *scope_; }
   BasicControl& control() { return *control_; }
+  TriggerControl& trigger() { return *trigger_; }
 
   // A display setting changed by a key: stored, and the picture drawn anew; `setup` lays the display out.
   void displaySettingChanged(const char* name, bool setup);
@@ -113,6 +115,7 @@ class mainwin : public QMainWindow, private MainView {
   std::unique_ptr<KeyActions> keyActions_;
   std::unique_ptr<KeyMap> keys_;
 
+  std::unique_ptr<MeasurementPass> measure_;  // behind the display in the packet's stages
   std::unique_ptr<ControllerDisplayHost> displayHost_;
   std::unique_ptr<ScopeDisplay> scope_;
   std::unique_ptr<DisplayRollCanvas> rollCanvas_;

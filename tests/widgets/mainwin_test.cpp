@@ -4,6 +4,7 @@
 #include <QtTest>
 
 #include "app/mainwin.h"
+#include "control/trigger_control.h"
 #include "display/scope_display.h"
 #include "sim/sim_config.h"
 #include "sim/simulated_obex.h"
@@ -34,6 +35,8 @@ class MainwinTest : public QObject {
     QCOMPARE(connectKey->text(), QString("Connect"));
     QVERIFY(!start->isEnabled());
     QVERIFY(w->windowTitle().startsWith("ZORVIK digital oscilloscope  v."));
+    // Every move of the auto level is echoed and restarts the packet count with the persistence.
+    w->trigger().setAutoTrig(false);
 
     QTest::mouseClick(connectKey, Qt::LeftButton);
     QTRY_COMPARE_WITH_TIMEOUT(w->core().sessionState(), SessionState::Ready, 5000);
@@ -127,6 +130,23 @@ class MainwinTest : public QObject {
     QDir::setCurrent(previous);
     QVERIFY(!w->core().LastPacket().empty());
     QVERIFY2(tracedColumns(w->display().canvas().snapshot()) > 100, "the default packet is on the screen");
+  }
+
+  void autoLevelMovesTheTriggerToTheRecordsMean() {
+    QTemporaryDir dir;
+    QVERIFY(QFile::copy(QT_TESTCASE_SOURCEDIR "/data/default.zrv", dir.filePath("default.zrv")));
+    const QString previous = QDir::currentPath();
+    QDir::setCurrent(dir.path());
+    auto w = make("rate=max");
+    w->trigger().setAutoTrig(false);
+    w->trigger().setLevel(30);
+    w->restoreDefaultPacket();
+    QCOMPARE(w->trigger().model().level, 30);
+    w->trigger().setAutoTrig(true);
+    w->restoreDefaultPacket();
+    QDir::setCurrent(previous);
+    QCOMPARE(w->trigger().model().level, 129);  // the mean code of the default square wave
+    QCOMPARE(settings_.GetSettingValue("Ch1", "TrigPoz", ""), std::string("129"));
   }
 
   void slowTimeBaseGrowsTheTraceWhileTheDataArrive() {

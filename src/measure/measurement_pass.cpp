@@ -1,0 +1,35 @@
+#include "measure/measurement_pass.h"
+
+namespace zorvik {
+
+bool MeasurementPass::isOpen(std::initializer_list<Meter> meters) const {
+  for (Meter m : meters)
+    if (open.count(m)) return true;
+  return false;
+}
+
+void MeasurementPass::measure(const SegmentData& segment) {
+  run(segment, n_, inputs_());
+  next().measure(segment);
+}
+
+void MeasurementPass::run(const SegmentData& segment, int n, const MeasureInputs& in) {
+  ++passes_;
+  using M = Meter;
+  const bool timing = isOpen({M::FRH, M::PES, M::PWS, M::DCR});
+  const bool edges = isOpen({M::RTS, M::FTS, M::POV, M::NOV});
+  const std::string_view s = segment.bytes;
+  const bool hiRes = segment.isHiRes;
+  if (isOpen({M::DCV, M::ACV, M::ADV, M::VDB}) || in.autoLevel) calc_.CalcDC(s, hiRes, in.FullScaleVolts, in.ZeroVolts);
+  if (isOpen({M::PPV, M::PHV, M::PLV, M::POV, M::NOV}) || in.autoLevel || (timing && in.byLevel == 1))
+    calc_.CalcPeaks(s, hiRes, in.FullScaleVolts, in.ZeroVolts);
+  if (isOpen({M::ACV, M::ADV, M::VDB})) calc_.CalcAC(s, hiRes, in.FullScaleVolts);
+  if (isOpen({M::TRV, M::BRV, M::RRV, M::ACR}) || edges || (timing && in.byLevel == 2)) {
+    calc_.BuildLevelHistogram(s, hiRes, segment.isPeak);
+    calc_.FindRails(hiRes, n);
+  }
+  // A quarter of a division or less leaves the level where it is.
+  if (in.autoLevel && in.FullScaleVolts / 32 < calc_.PeakToPeakVolts) onAutoLevel(calc_.MeanCode8);
+}
+
+}  // namespace zorvik

@@ -1,0 +1,59 @@
+#pragma once
+#include <functional>
+#include <set>
+
+#include "display/stage_chain.h"
+#include "measure/sig_calc.h"
+
+namespace zorvik {
+
+// The nineteen meters by their index in the Meters menu.
+enum class Meter {
+  DCV = 0, PHV = 6, PLV = 7, PPV = 8, ACV = 11, ADV = 12, VDB = 13, FRH = 16, PES = 17, PWS = 18, DCR = 19,
+  TRV = 26, BRV = 27, RRV = 28, ACR = 29, RTS = 31, FTS = 32, POV = 33, NOV = 34
+};
+
+// What the pass reads beside the segment: the record's scale and the trigger panel's auto level.
+struct MeasureInputs {
+  float FullScaleVolts = 1.6f;
+  float ZeroVolts = 0;
+  bool autoLevel = false;  // AutoTrig1
+  int byLevel = 0;         // the checked level of the timing meters: 1 peaks centre, 2 rails centre
+};
+
+// The measurement pass after each packet is drawn: the amplitude routines that an open meter (or the
+// auto level) needs, then the auto level. It stands in the packet's stage chain behind the display.
+class MeasurementPass : public ChainedStages {
+ public:
+  explicit MeasurementPass(std::function<MeasureInputs()> inputs) : inputs_(std::move(inputs)) {}
+
+  // Meters whose windows are open.
+  std::set<Meter> open;
+  // The auto level moves the trigger level to the record's mean code.
+  std::function<void(int level)> onAutoLevel = [](int) {};
+  // While the display's selection stands the pass reads a fixed cut of the record.
+  std::function<bool()> selectionVisible = [] { return false; };
+
+  const SigCalc& calc() const { return calc_; }
+  int passes() const { return passes_; }
+
+  bool selectRectVisible() const override { return selectionVisible() || next().selectRectVisible(); }
+  void sampleCountChanged(int n) override {
+    n_ = n;
+    next().sampleCountChanged(n);
+  }
+  void measure(const SegmentData& segment) override;
+
+  // One pass over a segment of n samples.
+  void run(const SegmentData& segment, int n, const MeasureInputs& in);
+
+ private:
+  bool isOpen(std::initializer_list<Meter> meters) const;
+
+  std::function<MeasureInputs()> inputs_;
+  SigCalc calc_;
+  int n_ = 0;
+  int passes_ = 0;
+};
+
+}  // namespace zorvik
