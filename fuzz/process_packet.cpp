@@ -1,10 +1,11 @@
 // Arbitrary bytes as an acquisition packet through the packet entry and a replay, with the measurement
-// pass (every amplitude meter open, the auto level on) reading segment 1.
+// pass (every meter open, the auto level on) reading segment 1.
 #include <cstddef>
 #include <cstdint>
 #include <string>
 
 #include "measure/measurement_pass.h"
+#include "measure/meter_readings.h"
 #include "signal/process_packet.h"
 
 namespace {
@@ -25,8 +26,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   zorvik::MeasureInputs in;
   in.autoLevel = true;
   zorvik::MeasurementPass pass([&] { return in; });
-  using M = zorvik::Meter;
-  pass.open = {M::DCV, M::PPV, M::ACV, M::VDB, M::TRV, M::ACR, M::POV, M::NOV};
+  for (const zorvik::MeterInfo& m : zorvik::meterTable()) pass.open.insert(m.meter);
+  in.byLevel = size % 4;
+  in.negativePolarity = size % 2;
   Host host(pass);
   zorvik::PacketProcessor pp(host);
   pp.ProcessPacket(packet);

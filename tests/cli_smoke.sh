@@ -20,6 +20,7 @@ out=$("$cli" measure "$tmp/p.bin" --volts-per-div 0.256); rc=$?
 check "measure exit" "[ $rc -eq 0 ]"
 check "measure dc" "echo '$out' | grep -q '\"dc_valid\":true'"
 check "measure peak to peak" "echo '$out' | grep -q '\"peak_to_peak_volts\":0.152'"
+check "measure meters" "echo '$out' | grep -q '\"FRH\":\"No signal\"'"
 "$cli" measure "$tmp/p.bin" --volts-per-div none 2>"$tmp/err"; rc=$?
 check "measure bad number exit 2" "[ $rc -eq 2 ]"
 

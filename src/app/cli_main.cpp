@@ -21,7 +21,8 @@ namespace {
 int usage(std::ostream& out) {
   out << "usage: zorvik-cli <command> [options]\n"
          "  decode FILE                       decode a packet or zrv file\n"
-         "  measure FILE [--volts-per-div V] [--zero V]   amplitude quantities of segment 1\n"
+         "  measure FILE [--volts-per-div V] [--zero V] [--sample-period S] [--level 0..3] [--trigger 0..255]\n"
+         "          [--negative] [--20-80]      the nineteen meters on segment 1\n"
          "  session [--sim K=V,...] [--packets N] [--single] [--timeout S] [--keys K1,K2,...]\n"
          "          [--save-last FILE.zrv] [--set SECTION/NAME=VALUE]\n"
          "  render FILE... --png OUT.png [--zoom 0..3] [--wide] [--interp none|line|sinx|lanczos|lagrange]\n"

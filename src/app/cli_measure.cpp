@@ -10,6 +10,7 @@
 #include "core/fault.h"
 #include "export/zrv_file.h"
 #include "measure/measurement_pass.h"
+#include "measure/meter_readings.h"
 #include "signal/packet.h"
 
 namespace zorvik {
@@ -22,6 +23,10 @@ double numberOption(const std::string& name, const std::string& text) {
   return *v;
 }
 
+const char* const kUsage =
+    "usage: zorvik-cli measure FILE [--volts-per-div V] [--zero V] [--sample-period S] [--level 0..3] "
+    "[--trigger 0..255] [--negative] [--20-80]";
+
 // JSON has no NaN or infinity: such a value is written as null.
 QJsonValue number(double v) { return std::isfinite(v) ? QJsonValue(v) : QJsonValue(); }
 
@@ -29,9 +34,21 @@ QJsonValue number(double v) { return std::isfinite(v) ? QJsonValue(v) : QJsonVal
 
 int runMeasureCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream&) {
   std::string file, v;
-  double voltsPerDiv = 0.2, zero = 0;
+  double voltsPerDiv = 0.2, zero = 0, samplePeriod = 1e-6;
+  MeasureInputs in;
   for (size_t i = 0; i < args.size(); ++i) {
-    if (takeValue(args, i, "--volts-per-div", v)) {
+    if (takeValue(args, i, "--sample-period", v)) {
+      samplePeriod = numberOption("--sample-period", v);
+      if (!(samplePeriod > 0)) throw Fault("--sample-period must be above 0");
+    } else if (takeValue(args, i, "--level", v)) {
+      in.byLevel = wholeNumberOption("--level", v, 0, 3);
+    } else if (takeValue(args, i, "--trigger", v)) {
+      in.triggerByte = wholeNumberOption("--trigger", v, 0, 255);
+    } else if (args[i] == "--negative") {
+      in.negativePolarity = true;
+    } else if (args[i] == "--20-80") {
+      in.level2080 = true;
+    } else if (takeValue(args, i, "--volts-per-div", v)) {
       voltsPerDiv = numberOption("--volts-per-div", v);
       if (!(voltsPerDiv > 0)) throw Fault("--volts-per-div must be above 0");
     } else if (takeValue(args, i, "--zero", v)) {
@@ -41,21 +58,20 @@ int runMeasureCommand(const std::vector<std::string>& args, std::ostream& out, s
     } else if (file.empty()) {
       file = args[i];
     } else {
-      throw Fault("usage: zorvik-cli measure FILE [--volts-per-div V] [--zero V]");
+      throw Fault(kUsage);
     }
   }
-  if (file.empty()) throw Fault("usage: zorvik-cli measure FILE [--volts-per-div V] [--zero V]");
+  if (file.empty()) throw Fault(kUsage);
   std::string packet = readFileBytes(file);
   if (auto zrv = parseZrv(packet)) packet = zrv->packet;
   const PacketInfo info = decodePacket(packet);
   if (info.ignored) throw Fault("not a packet: " + file + " holds " + std::to_string(packet.size()) + " bytes");
 
-  MeasureInputs in;
   in.FullScaleVolts = static_cast<float>(8 * voltsPerDiv);
   in.ZeroVolts = static_cast<float>(zero);
+  in.SamplePeriod = static_cast<float>(samplePeriod);
   MeasurementPass pass([&] { return in; });
-  using M = Meter;
-  pass.open = {M::DCV, M::PHV, M::PLV, M::PPV, M::ACV, M::ADV, M::VDB, M::TRV, M::BRV, M::RRV, M::ACR, M::POV, M::NOV};
+  for (const MeterInfo& m : meterTable()) pass.open.insert(m.meter);
   SegmentData seg{info.segment1, info.isHiRes, info.isPeak, info.oneCharSample, 0};
   pass.run(seg, info.sampleCount, in);
   const SigCalc& c = pass.calc();
@@ -87,6 +103,21 @@ int runMeasureCommand(const std::vector<std::string>& args, std::ostream& out, s
   o["rail_to_rail_accuracy_percent"] = number((c.RailToRailVoltage(hi, fs) - reference) / reference * 100);
   o["positive_overshoot_percent"] = number(c.PositiveOvershoot(hi) * 100.0);
   o["negative_overshoot_percent"] = number(c.NegativeOvershoot(hi) * 100.0);
+  const SigTiming& t = pass.timing();
+  o["rise_crossings"] = static_cast<qint64>(t.riseList().size());
+  o["fall_crossings"] = static_cast<qint64>(t.fallList().size());
+  o["period_count"] = t.PeriodCount;
+  o["pulse_count"] = t.PulseCount;
+  o["rise_count"] = t.RiseCount;
+  o["fall_count"] = t.FallCount;
+  // Each meter as its window would show it: the value, or the status in its place.
+  QJsonObject meters;
+  const MeterContext ctx{hi, fs, in.ZeroVolts, in.SamplePeriod, info.sampleCount};
+  for (const MeterInfo& m : meterTable()) {
+    const MeterReading r = readMeter(m.meter, c, pass.timing(), ctx);
+    meters[m.mnemonic] = r.status.empty() ? number(r.value) : QJsonValue(QString::fromStdString(r.status));
+  }
+  o["meters"] = meters;
   out << QJsonDocument(o).toJson(QJsonDocument::Compact).toStdString() << "\n";
   return 0;
 }

@@ -69,7 +69,9 @@ mainwin::mainwin(SettingsStore& settings, const InstanceIdentity& identity, std:
     MeasureInputs in;
     in.FullScaleVolts = main_->FullScaleVolts;
     in.ZeroVolts = main_->ZeroVolts;
+    in.SamplePeriod = main_->SamplePeriod;
     in.autoLevel = trigger_->model().AutoTrig1;
+    in.triggerByte = trigger_->model().level;
     return in;
   });
   measure_->onAutoLevel = [this](int level) {

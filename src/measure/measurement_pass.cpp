@@ -28,6 +28,11 @@ void MeasurementPass::run(const SegmentData& segment, int n, const MeasureInputs
     calc_.BuildLevelHistogram(s, hiRes, segment.isPeak);
     calc_.FindRails(hiRes, n);
   }
+  const RecordShape shape{hiRes, segment.isPeak, segment.oneCharSample};
+  if (timing) timing_.FindCrossings(s, shape, in.byLevel, in.triggerByte, calc_);
+  if (isOpen({M::FRH, M::PES, M::DCR})) timing_.CalcPeriod(in.negativePolarity, in.SamplePeriod);
+  if (isOpen({M::PWS, M::DCR})) timing_.CalcPulseWidth(in.negativePolarity, in.SamplePeriod);
+  if (edges) timing_.FindEdges(s, shape, in.level2080, calc_);
   // A quarter of a division or less leaves the level where it is.
   if (in.autoLevel && in.FullScaleVolts / 32 < calc_.PeakToPeakVolts) onAutoLevel(calc_.MeanCode8);
 }

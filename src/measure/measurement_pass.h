@@ -4,6 +4,7 @@
 
 #include "display/stage_chain.h"
 #include "measure/sig_calc.h"
+#include "measure/sig_timing.h"
 
 namespace zorvik {
 
@@ -13,16 +14,21 @@ enum class Meter {
   TRV = 26, BRV = 27, RRV = 28, ACR = 29, RTS = 31, FTS = 32, POV = 33, NOV = 34
 };
 
-// What the pass reads beside the segment: the record's scale and the trigger panel's auto level.
+// What the pass reads beside the segment: the record's scale, the trigger panel's auto level and level,
+// and the choices of the timing meters.
 struct MeasureInputs {
   float FullScaleVolts = 1.6f;
   float ZeroVolts = 0;
-  bool autoLevel = false;  // AutoTrig1
-  int byLevel = 0;         // the checked level of the timing meters: 1 peaks centre, 2 rails centre
+  float SamplePeriod = 1e-6f;
+  bool autoLevel = false;         // AutoTrig1
+  int triggerByte = 127;          // ScrollTrigCH1
+  int byLevel = 0;                // meas.level by: screen, peaks, rails centre, trigger level
+  bool negativePolarity = false;  // periods and pulses from the falls
+  bool level2080 = false;         // rise and fall between 20 % and 80 % instead of 10 % and 90 %
 };
 
-// The measurement pass after each packet is drawn: the amplitude routines that an open meter (or the
-// auto level) needs, then the auto level. It stands in the packet's stage chain behind the display.
+// The measurement pass after each packet is drawn: the amplitude and timing routines that an open meter
+// (or the auto level) needs, then the auto level. It stands in the packet's stage chain behind the display.
 class MeasurementPass : public ChainedStages {
  public:
   explicit MeasurementPass(std::function<MeasureInputs()> inputs) : inputs_(std::move(inputs)) {}
@@ -35,6 +41,7 @@ class MeasurementPass : public ChainedStages {
   std::function<bool()> selectionVisible = [] { return false; };
 
   const SigCalc& calc() const { return calc_; }
+  const SigTiming& timing() const { return timing_; }
   int passes() const { return passes_; }
 
   bool selectRectVisible() const override { return selectionVisible() || next().selectRectVisible(); }
@@ -52,6 +59,7 @@ class MeasurementPass : public ChainedStages {
 
   std::function<MeasureInputs()> inputs_;
   SigCalc calc_;
+  SigTiming timing_;
   int n_ = 0;
   int passes_ = 0;
 };
