@@ -17,6 +17,7 @@
 #include "app/device_page.h"
 #include "app/display_menus.h"
 #include "app/horizontal_panel.h"
+#include "app/meter_menu.h"
 #include "app/packet_file_menu.h"
 #include "app/trigger_marker.h"
 #include "app/trigger_panel.h"
@@ -72,6 +73,7 @@ mainwin::mainwin(SettingsStore& settings, const InstanceIdentity& identity, std:
     in.SamplePeriod = main_->SamplePeriod;
     in.autoLevel = trigger_->model().AutoTrig1;
     in.triggerByte = trigger_->model().level;
+    if (meterMenu_) meterMenu_->fillInputs(in);
     return in;
   });
   measure_->onAutoLevel = [this](int level) {
@@ -115,6 +117,7 @@ mainwin::mainwin(SettingsStore& settings, const InstanceIdentity& identity, std:
   devicePage_ = new DevicePage(this);
   restoreZoom();
   scaleChanged();
+  guarded([this] { meterMenu_->restore(); });
   placeWindow();
   refreshRunControls();
   stateChanged();
@@ -151,6 +154,12 @@ void mainwin::buildMenus() {
       displaySettingChanged("NoTrigMsg", false);
     });
   }
+
+  QMenu* meters = menuBar()->addMenu("&Meters");
+  meters->setObjectName("Meters");
+  meterMenu_ = new MeterMenu(
+      meters, settings_, *measure_, this, [this] { main_->replayLastPacket(); },
+      [this](const std::string& text) { sink_.show(BoxKind::Critical, main_->identity().InstanceTitle, text, ""); });
 
   buildRegistryMenu();
   registryMenu_->setEnabled(false);
@@ -473,6 +482,7 @@ void mainwin::closeEvent(QCloseEvent* event) {
     return;
   }
   if (devicePage_) devicePage_->close();
+  guarded([&] { meterMenu_->closeAll(); });
   guarded([&] {
     settings_.saveInt("Startup Position", "ZorvikWin Left", x());
     settings_.saveInt("Startup Position", "ZorvikWin Top", y());

@@ -37,6 +37,7 @@ class HorizontalPanel;
 class ClassOBEX;
 class ViewZoom;
 class MeasurementPass;
+class MeterMenu;
 class ZoomBar;
 
 // The main window: binds the front panel and the read-outs to the core and forwards the user's actions.
@@ -116,6 +117,7 @@ class mainwin : public QMainWindow, private MainView {
   std::unique_ptr<KeyMap> keys_;
 
   std::unique_ptr<MeasurementPass> measure_;  // behind the display in the packet's stages
+  MeterMenu* meterMenu_ = nullptr;
   std::unique_ptr<ControllerDisplayHost> displayHost_;
   std::unique_ptr<ScopeDisplay> scope_;
   std::unique_ptr<DisplayRollCanvas> rollCanvas_;

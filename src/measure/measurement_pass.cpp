@@ -35,6 +35,7 @@ void MeasurementPass::run(const SegmentData& segment, int n, const MeasureInputs
   if (edges) timing_.FindEdges(s, shape, in.level2080, calc_);
   // A quarter of a division or less leaves the level where it is.
   if (in.autoLevel && in.FullScaleVolts / 32 < calc_.PeakToPeakVolts) onAutoLevel(calc_.MeanCode8);
+  if (onMeasured) onMeasured(segment, n, in);
 }
 
 }  // namespace zorvik

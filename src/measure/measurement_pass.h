@@ -37,6 +37,8 @@ class MeasurementPass : public ChainedStages {
   std::set<Meter> open;
   // The auto level moves the trigger level to the record's mean code.
   std::function<void(int level)> onAutoLevel = [](int) {};
+  // The pass is done: the open meters take their readings.
+  std::function<void(const SegmentData&, int n, const MeasureInputs&)> onMeasured;
   // While the display's selection stands the pass reads a fixed cut of the record.
   std::function<bool()> selectionVisible = [] { return false; };
 

@@ -1,0 +1,87 @@
+#include <QMenuBar>
+#include <QtTest>
+
+#include "app/mainwin.h"
+#include "app/meter_menu.h"
+#include "app/meter_window.h"
+#include "sim/sim_config.h"
+#include "sim/simulated_obex.h"
+
+using namespace zorvik;
+
+// The Meters menu on the main window with the default packet on the screen.
+class MetersTest : public QObject {
+  Q_OBJECT
+
+ private:
+  std::unique_ptr<mainwin> make() {
+    CommandLine cl;
+    auto w = std::make_unique<mainwin>(settings_, makeIdentity(1), std::make_unique<SimulatedObex>(SimConfig{}), cl);
+    w->show();
+    const QString previous = QDir::currentPath();
+    QDir::setCurrent(QT_TESTCASE_SOURCEDIR "/data");
+    w->restoreDefaultPacket();
+    QDir::setCurrent(previous);
+    return w;
+  }
+  static QAction* item(mainwin& w, int index) { return w.findChild<QAction*>(QString("Meters_%1").arg(index)); }
+  static unimeter* meterWindow(const QString& caption) {
+    for (QWidget* t : QApplication::topLevelWidgets())
+      if (auto* m = qobject_cast<unimeter*>(t); m && m->isVisible() && m->windowTitle() == caption) return m;
+    return nullptr;
+  }
+  MemorySettings settings_;
+
+ private slots:
+  void itemsOpenMetersThatShowTheLastPacket() {
+    auto w = make();
+    QAction* dc = item(*w, 0);
+    QAction* rails = item(*w, 28);
+    QVERIFY(dc && rails);
+    QCOMPARE(dc->text(), QString("DC voltage"));
+    dc->trigger();
+    QVERIFY(dc->isChecked());
+    unimeter* m = meterWindow("DC voltage");
+    QVERIFY(m);
+    QCOMPARE(m->mnemonic(), std::string("DCV"));
+    const QString shown = m->findChild<QLabel*>("CurVal")->text();
+    QVERIFY2(shown.endsWith("mV") && !shown.contains("Limit"), qPrintable(shown));
+    QCOMPARE(settings_.GetSettingValue("Meters", "On", ""), std::string("0"));
+
+    rails->trigger();  // the default square wave has both rails
+    unimeter* r = meterWindow("Rail-to-Rail voltage");
+    QVERIFY(r);
+    QVERIFY(r->findChild<QLabel*>("CurVal")->text().endsWith("mV"));
+    QCOMPARE(settings_.GetSettingValue("Meters", "On", ""), std::string("0L"));
+    if (!qEnvironmentVariableIsEmpty("ZORVIK_SCREENSHOT")) r->grab().save(qEnvironmentVariable("ZORVIK_SCREENSHOT"));
+
+    // Closed by its frame: the check mark goes and the list follows.
+    m->close();
+    QVERIFY(!dc->isChecked());
+    QCOMPARE(settings_.GetSettingValue("Meters", "On", ""), std::string("L"));
+    QVERIFY(!settings_.GetSettingValue("Meters Positions", "DCV Left", "").empty());
+
+    // By the menu again: closed without a trace of it in the list.
+    rails->trigger();
+    QVERIFY(!rails->isChecked());
+    QVERIFY(!meterWindow("Rail-to-Rail voltage"));
+    QCOMPARE(settings_.GetSettingValue("Meters", "On", ""), std::string(" "));  // an empty text is kept as a blank
+  }
+
+  void theOpenMetersComeBackAtStartAndTheTimingChoicesAreStored() {
+    settings_.SaveSettingValue("Meters", "On", "0@");  // DC voltage and frequency
+    auto w = make();
+    QVERIFY(item(*w, 0)->isChecked());
+    QVERIFY(item(*w, 16)->isChecked());
+    QVERIFY(meterWindow("Frequency"));
+    auto* falls = w->findChild<QAction*>("MeterPolarity_1");
+    QVERIFY(falls);
+    falls->trigger();
+    QCOMPARE(settings_.GetSettingValue("Meters", "TimingPolarity", ""), std::string("True"));
+    QVERIFY(w->close());
+    QCOMPARE(settings_.GetSettingValue("Meters", "On", ""), std::string("0@"));
+  }
+};
+
+QTEST_MAIN(MetersTest)
+#include "meters_test.moc"
