@@ -15,6 +15,8 @@
 #include "app/calibration_page.h"
 #include "app/delay_page.h"
 #include "app/device_page.h"
+#include "app/device_pages.h"
+#include "app/device_setting_page.h"
 #include "app/display_menus.h"
 #include "app/horizontal_panel.h"
 #include "app/meter_menu.h"
@@ -176,6 +178,29 @@ void mainwin::buildMenus() {
     devicePage_->show();
     devicePage_->raise();
   });
+  device->addAction("Memory setting", [this] {
+    showDevicePage(memoryPage_, [this] { return makeMemoryPage(settings_, control_->timebase(), this); });
+  });
+  device->addAction("Sampling setting", [this] {
+    showDevicePage(samplingPage_, [this] { return makeSamplingPage(settings_, *main_, control_->timebase(), this); });
+  });
+  device->addAction("CH1 setting", [this] {
+    showDevicePage(ch1Page_, [this] { return makeCh1Page(settings_, *main_, control_->channel(), *trigger_, this); });
+  });
+}
+
+void mainwin::showDevicePage(DeviceSettingPage*& page, const std::function<DeviceSettingPage*()>& make) {
+  guarded([&] {
+    if (!page) {
+      page = make();
+      page->onFault = [this](const std::string& text) {
+        sink_.show(BoxKind::Critical, main_->identity().InstanceTitle, text, "");
+      };
+    }
+    page->refresh(main_->state());
+    page->show();
+    page->raise();
+  });
 }
 
 void mainwin::buildPanel() {
@@ -307,6 +332,8 @@ void mainwin::stateChanged() {
   display_->showState(s);
   FPSlabel->setText(s.fps > 0 ? QString("%1 fps").arg(s.fps) : QString());
   sessionLabel_->setText(QString("Session: %1").arg(sessionStateName(main_->sessionState())));
+  for (DeviceSettingPage* page : {ch1Page_, samplingPage_, memoryPage_})
+    if (page && page->isVisible()) page->refresh(s);
   if (devicePage_) {
     devicePage_->refresh(s);
     if (s.devicePageVisible && isVisible() && !devicePage_->isVisible()) devicePage_->show();

@@ -38,6 +38,7 @@ class ClassOBEX;
 class ViewZoom;
 class MeasurementPass;
 class MeterMenu;
+class DeviceSettingPage;
 class ZoomBar;
 
 // The main window: binds the front panel and the read-outs to the core and forwards the user's actions.
@@ -77,6 +78,8 @@ class mainwin : public QMainWindow, private MainView {
 
   void buildMenus();
   void buildRegistryMenu();
+  // Shows a page of the Device menu, made at its first use.
+  void showDevicePage(DeviceSettingPage*& page, const std::function<DeviceSettingPage*()>& make);
   void settingClick(int index);
   const std::string& settingsName() const;
   // Runs a user's action; a fault becomes a box and the program goes on.
@@ -112,6 +115,9 @@ class mainwin : public QMainWindow, private MainView {
   TriggerMarker* triggerMarker_ = nullptr;
   DelayPage* delayPage_ = nullptr;
   CalibrationPage* calibrationPage_ = nullptr;
+  DeviceSettingPage* ch1Page_ = nullptr;
+  DeviceSettingPage* samplingPage_ = nullptr;
+  DeviceSettingPage* memoryPage_ = nullptr;
   std::unique_ptr<RoutedHooks> hooks_;
   std::unique_ptr<KeyActions> keyActions_;
   std::unique_ptr<KeyMap> keys_;

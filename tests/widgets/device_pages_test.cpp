@@ -1,0 +1,90 @@
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenuBar>
+#include <QPushButton>
+#include <QWindow>
+#include <QtTest>
+
+#include "app/device_setting_page.h"
+#include "app/mainwin.h"
+#include "control/trigger_control.h"
+#include "sim/sim_config.h"
+#include "sim/simulated_obex.h"
+
+using namespace zorvik;
+
+// The Device menu's setting pages on the main window, against the simulated instrument.
+class DevicePagesTest : public QObject {
+  Q_OBJECT
+
+ private:
+  std::unique_ptr<mainwin> make() {
+    SimConfig config;
+    applySimOptions(config, "rate=max");
+    CommandLine cl;
+    auto w = std::make_unique<mainwin>(settings_, makeIdentity(1), std::make_unique<SimulatedObex>(config), cl);
+    w->show();
+    return w;
+  }
+  static DeviceSettingPage* open(mainwin& w, const QString& item, const char* object) {
+    for (QAction* a : w.findChild<QMenu*>("DeviceInternals")->actions())
+      if (a->text() == item) a->trigger();
+    return w.findChild<DeviceSettingPage*>(object);
+  }
+  static void set(DeviceSettingPage* page, const char* input, const QString& text, const char* key) {
+    page->findChild<QLineEdit*>(input)->setText(text);
+    page->findChild<QPushButton*>(key)->click();
+  }
+  MemorySettings settings_;
+
+ private slots:
+  void fineValuesReachTheInstrumentAndTheEchoShowsThem() {
+    auto w = make();
+    DeviceSettingPage* ch1 = open(*w, "CH1 setting", "DeviceCh1Page");
+    QVERIFY(ch1 && ch1->isVisible());
+    QVERIFY(!ch1->findChild<QPushButton*>("Vdiv1updateKey")->isEnabled());  // offline: no instrument to send to
+    set(ch1, "TrigLev1", "200", "TrigLev1updateKey");  // the level is stored offline
+    QCOMPARE(w->trigger().model().level, 200);
+
+    QTest::mouseClick(w->findChild<QPushButton*>("KeyConnect"), Qt::LeftButton);
+    QTRY_COMPARE_WITH_TIMEOUT(w->core().sessionState(), SessionState::Ready, 5000);
+    QVERIFY(ch1->findChild<QPushButton*>("Vdiv1updateKey")->isEnabled());
+    set(ch1, "Vdiv1cur", "150", "Vdiv1updateKey");  // between the list's 100 and 200 mV
+    QTRY_COMPARE_WITH_TIMEOUT(static_cast<int>(w->core().cache().V1), 150, 3000);
+    QTRY_COMPARE_WITH_TIMEOUT(ch1->findChild<QLineEdit*>("Vdiv1cur")->text(), QString("150"), 3000);
+    if (!qEnvironmentVariableIsEmpty("ZORVIK_SCREENSHOT")) ch1->grab().save(qEnvironmentVariable("ZORVIK_SCREENSHOT"));
+
+    DeviceSettingPage* memory = open(*w, "Memory setting", "DeviceMemPage");
+    QVERIFY(memory);
+    QTRY_VERIFY_WITH_TIMEOUT(memory->findChild<QLabel*>("OknoSamples")->text() != "-", 3000);
+    w->core().link()->CloseSession();
+  }
+
+  void fineTimePerDivisionAndTheCloseBox() {
+    auto w = make();
+    QTest::mouseClick(w->findChild<QPushButton*>("KeyConnect"), Qt::LeftButton);
+    QTRY_COMPARE_WITH_TIMEOUT(w->core().sessionState(), SessionState::Ready, 5000);
+    DeviceSettingPage* sampling = open(*w, "Sampling setting", "DeviceSamplingPage");
+    QVERIFY(sampling);
+    sampling->findChild<QComboBox*>("TimeDivExpCur")->setCurrentIndex(1);  // us/div
+    set(sampling, "TimeDivValCur", "3", "FineTimeDivSetKey");  // not in the 1-2-5 list
+    // The instrument's echoes set the sample period of the new time base.
+    QTRY_VERIFY_WITH_TIMEOUT(std::abs(w->core().SamplePeriod * static_cast<float>(w->core().SamplesPerDiv) - 3e-6f) < 0.3e-6f,
+                             3000);
+    QVERIFY(sampling->findChild<QLabel*>("CurSamplesPerDiv")->text() != "-");
+    if (!qEnvironmentVariableIsEmpty("ZORVIK_SCREENSHOT"))
+      sampling->grab().save(qEnvironmentVariable("ZORVIK_SCREENSHOT") + ".sampling.png");
+
+    // Closed, the page stays for the header events and keeps its place.
+    sampling->move(120, 130);
+    sampling->windowHandle()->close();
+    QVERIFY(!sampling->isVisible());
+    QCOMPARE(w->findChild<DeviceSettingPage*>("DeviceSamplingPage"), sampling);
+    QVERIFY(!settings_.GetSettingValue("Startup Position", "DevSmpWin Left", "").empty());
+    w->core().link()->CloseSession();
+  }
+};
+
+QTEST_MAIN(DevicePagesTest)
+#include "device_pages_test.moc"
