@@ -1,6 +1,5 @@
 #include "app/delay_page.h"
 
-#include <QCloseEvent>
 #include <QGridLayout>
 #include <QHBoxLayout>
 
@@ -11,7 +10,7 @@
 namespace zorvik {
 
 DelayPage::DelayPage(DelayControl& delay, TriggerControl& trigger, double centreSeconds, QWidget* parent)
-    : QDialog(parent), delay_(delay), trigger_(trigger) {
+    : KeptPage(parent), delay_(delay), trigger_(trigger) {
   setWindowTitle("Trigger delay");
   setObjectName("DelayPage");
   auto* grid = new QGridLayout(this);
@@ -76,14 +75,5 @@ void DelayPage::refresh(double centreSeconds) {
   filling_ = false;
 }
 
-void DelayPage::closeEvent(QCloseEvent* event) {
-  // The close box only hides the page, so that the delay echo can still reach it.
-  if (event->spontaneous()) {
-    event->ignore();
-    hide();
-    return;
-  }
-  QDialog::closeEvent(event);
-}
 
 }  // namespace zorvik

@@ -1,9 +1,10 @@
 #pragma once
 #include <QButtonGroup>
-#include <QDialog>
 #include <QLabel>
 #include <QPushButton>
 #include <QScrollBar>
+
+#include "ui/kept_page.h"
 
 namespace zorvik {
 
@@ -11,12 +12,11 @@ class DelayControl;
 class TriggerControl;
 
 // "Trigger delay": the delay in µs by digits, a weight for the digit the scroll moves, off and restore.
-class DelayPage : public QDialog {
+class DelayPage : public KeptPage {
   Q_OBJECT
  public:
   DelayPage(DelayControl& delay, TriggerControl& trigger, double centreSeconds, QWidget* parent = nullptr);
   void refresh(double centreSeconds);
-  void closeEvent(QCloseEvent* event) override;
 
  private:
   DelayControl& delay_;

@@ -1,6 +1,5 @@
 #include "app/device_page.h"
 
-#include <QCloseEvent>
 #include <QFormLayout>
 
 #include "link/main_state.h"
@@ -32,7 +31,7 @@ const Row kRows[] = {
 };
 }  // namespace
 
-DevicePage::DevicePage(QWidget* parent) : QDialog(parent) {
+DevicePage::DevicePage(QWidget* parent) : KeptPage(parent) {
   setWindowTitle("Device properties");
   setObjectName("DevicePage");
   auto* form = new QFormLayout(this);
@@ -55,13 +54,5 @@ void DevicePage::refresh(const MainState& state) {
   }
 }
 
-void DevicePage::closeEvent(QCloseEvent* event) {
-  if (event->spontaneous()) {
-    event->ignore();
-    hide();
-    return;
-  }
-  QDialog::closeEvent(event);
-}
 
 }  // namespace zorvik

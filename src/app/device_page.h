@@ -1,21 +1,20 @@
 #pragma once
-#include <QDialog>
 #include <QLabel>
 #include <map>
 #include <string>
+
+#include "ui/kept_page.h"
 
 namespace zorvik {
 
 struct MainState;
 
 // "Device properties": the instrument's numbers as the session start fills them in.
-class DevicePage : public QDialog {
+class DevicePage : public KeptPage {
   Q_OBJECT
  public:
   explicit DevicePage(QWidget* parent = nullptr);
   void refresh(const MainState& state);
-  // A close by its close box only hides the page, so that its read-outs stay with the header events.
-  void closeEvent(QCloseEvent* event) override;
 
  private:
   std::map<std::string, QLabel*> fields_;

@@ -1,6 +1,5 @@
 #include "app/device_setting_page.h"
 
-#include <QCloseEvent>
 #include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QScreen>
@@ -20,7 +19,7 @@ QString text(const MainState& state, const std::string& field) {
 
 DeviceSettingPage::DeviceSettingPage(SettingsStore& settings, const char* object, const char* title,
                                      const char* positionKey, QWidget* parent)
-    : QDialog(parent), settings_(settings), positionKey_(positionKey) {
+    : KeptPage(parent), settings_(settings), positionKey_(positionKey) {
   setObjectName(object);
   setWindowTitle(title);
   form_ = new QFormLayout(this);
@@ -75,14 +74,6 @@ void DeviceSettingPage::setOnline(bool online) {
   for (QPushButton* k : keys_) k->setEnabled(online);
 }
 
-void DeviceSettingPage::closeEvent(QCloseEvent* event) {
-  if (event->spontaneous()) {
-    event->ignore();
-    hide();
-    return;
-  }
-  QDialog::closeEvent(event);
-}
 
 void DeviceSettingPage::showEvent(QShowEvent* event) {
   QDialog::showEvent(event);

@@ -1,5 +1,4 @@
 #pragma once
-#include <QDialog>
 #include <QFormLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -7,6 +6,8 @@
 #include <functional>
 #include <map>
 #include <string>
+
+#include "ui/kept_page.h"
 
 namespace zorvik {
 
@@ -16,7 +17,7 @@ struct MainState;
 // A page of the Device menu: read-outs that the header events fill and inputs with a key that hands the
 // typed value to the instrument. Its place is kept under "Startup Position"; its close box only hides
 // it, so that its read-outs stay with the header events.
-class DeviceSettingPage : public QDialog {
+class DeviceSettingPage : public KeptPage {
   Q_OBJECT
  public:
   DeviceSettingPage(SettingsStore& settings, const char* object, const char* title, const char* positionKey,
@@ -40,7 +41,6 @@ class DeviceSettingPage : public QDialog {
   void setOnline(bool online);
 
  protected:
-  void closeEvent(QCloseEvent* event) override;
   void showEvent(QShowEvent* event) override;
   void hideEvent(QHideEvent* event) override;
 

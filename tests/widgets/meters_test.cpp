@@ -4,8 +4,7 @@
 #include "app/mainwin.h"
 #include "app/meter_menu.h"
 #include "app/meter_window.h"
-#include "sim/sim_config.h"
-#include "sim/simulated_obex.h"
+#include "window_fixture.h"
 
 using namespace zorvik;
 
@@ -14,16 +13,7 @@ class MetersTest : public QObject {
   Q_OBJECT
 
  private:
-  std::unique_ptr<mainwin> make() {
-    CommandLine cl;
-    auto w = std::make_unique<mainwin>(settings_, makeIdentity(1), std::make_unique<SimulatedObex>(SimConfig{}), cl);
-    w->show();
-    const QString previous = QDir::currentPath();
-    QDir::setCurrent(QT_TESTCASE_SOURCEDIR "/data");
-    w->restoreDefaultPacket();
-    QDir::setCurrent(previous);
-    return w;
-  }
+  std::unique_ptr<mainwin> make() { return test::windowWithDefaultPacket(settings_); }
   static QAction* item(mainwin& w, int index) { return w.findChild<QAction*>(QString("Meters_%1").arg(index)); }
   static unimeter* meterWindow(const QString& caption) {
     for (QWidget* t : QApplication::topLevelWidgets())

@@ -8,8 +8,7 @@
 #include "display/scope_display.h"
 #include "display/scope_display_window.h"
 #include "display/view_zoom.h"
-#include "sim/sim_config.h"
-#include "sim/simulated_obex.h"
+#include "window_fixture.h"
 
 using namespace zorvik;
 
@@ -19,17 +18,7 @@ class ZoomTest : public QObject {
   Q_OBJECT
 
  private:
-  std::unique_ptr<mainwin> make() {
-    CommandLine cl;
-    SimConfig config;
-    auto w = std::make_unique<mainwin>(settings_, makeIdentity(1), std::make_unique<SimulatedObex>(config), cl);
-    w->show();
-    const QString previous = QDir::currentPath();
-    QDir::setCurrent(QT_TESTCASE_SOURCEDIR "/data");
-    w->restoreDefaultPacket();
-    QDir::setCurrent(previous);
-    return w;
-  }
+  std::unique_ptr<mainwin> make() { return test::windowWithDefaultPacket(settings_); }
   static QPoint pixel(mainwin& w, int x, int y) {
     const DisplayGeometry& g = w.display().canvas().geometry();
     return {g.pixelX(x), g.pixelY(y)};
