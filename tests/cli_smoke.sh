@@ -21,6 +21,11 @@ check "measure exit" "[ $rc -eq 0 ]"
 check "measure dc" "echo '$out' | grep -q '\"dc_valid\":true'"
 check "measure peak to peak" "echo '$out' | grep -q '\"peak_to_peak_volts\":0.152'"
 check "measure meters" "echo '$out' | grep -q '\"FRH\":\"No signal\"'"
+out=$("$cli" spectrum "$tmp/p.bin" --lines 2); rc=$?
+check "spectrum exit" "[ $rc -eq 0 ]"
+check "spectrum bins" "echo '$out' | grep -q '\"spec_bins\":8'"
+"$cli" spectrum "$tmp/p.bin" --window 9 2>/dev/null; rc=$?
+check "spectrum bad window exit 2" "[ $rc -eq 2 ]"
 "$cli" measure "$tmp/p.bin" --volts-per-div none 2>"$tmp/err"; rc=$?
 check "measure bad number exit 2" "[ $rc -eq 2 ]"
 

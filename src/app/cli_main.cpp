@@ -12,6 +12,7 @@
 #include "app/cli_measure.h"
 #include "app/cli_render.h"
 #include "app/cli_session.h"
+#include "app/cli_spectrum.h"
 #include "app/cli_settings.h"
 #include "app/cli_timebase.h"
 #include "core/fault.h"
@@ -23,6 +24,8 @@ int usage(std::ostream& out) {
          "  decode FILE                       decode a packet or zrv file\n"
          "  measure FILE [--volts-per-div V] [--zero V] [--sample-period S] [--level 0..3] [--trigger 0..255]\n"
          "          [--negative] [--20-80]      the nineteen meters on segment 1\n"
+         "  spectrum FILE [--window 0..6] [--doubled] [--dc] [--sample-period S] [--volts-per-div V] [--zero V]\n"
+         "          [--lines K]                 the amplitude spectrum of segment 1\n"
          "  session [--sim K=V,...] [--packets N] [--single] [--timeout S] [--keys K1,K2,...]\n"
          "          [--save-last FILE.zrv] [--set SECTION/NAME=VALUE]\n"
          "  render FILE... --png OUT.png [--zoom 0..3] [--wide] [--interp none|line|sinx|lanczos|lagrange]\n"
@@ -64,6 +67,7 @@ int main(int argc, char** argv) {
   try {
     if (command == "decode") return zorvik::runDecodeCommand(args, std::cout, std::cerr);
     if (command == "measure") return zorvik::runMeasureCommand(args, std::cout, std::cerr);
+    if (command == "spectrum") return zorvik::runSpectrumCommand(args, std::cout, std::cerr);
     if (command == "session") return zorvik::runSessionCommand(args, std::cout, std::cerr);
     if (command == "render") return zorvik::runRenderCommand(args, std::cout, std::cerr);
     if (command == "timebase") return zorvik::runTimebaseCommand(args, std::cout, std::cerr);

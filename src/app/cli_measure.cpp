@@ -6,7 +6,6 @@
 
 #include "app/cli_decode.h"
 #include "app/command_line.h"
-#include "config/text_number.h"
 #include "core/fault.h"
 #include "export/zrv_file.h"
 #include "measure/measurement_pass.h"
@@ -16,12 +15,6 @@
 namespace zorvik {
 
 namespace {
-
-double numberOption(const std::string& name, const std::string& text) {
-  const std::optional<double> v = parseLeadingNumber(text);
-  if (!v || !std::isfinite(*v)) throw Fault(name + " takes a number, not \"" + text + "\"");
-  return *v;
-}
 
 const char* const kUsage =
     "usage: zorvik-cli measure FILE [--volts-per-div V] [--zero V] [--sample-period S] [--level 0..3] "

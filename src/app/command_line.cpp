@@ -1,8 +1,11 @@
 #include "app/command_line.h"
 
 #include <charconv>
+#include <cmath>
+#include <optional>
 #include <system_error>
 
+#include "config/text_number.h"
 #include "core/fault.h"
 
 namespace zorvik {
@@ -55,6 +58,12 @@ int wholeNumberOption(const std::string& name, const std::string& text, int lo, 
   if (ec != std::errc() || at != end || v < lo || v > hi)
     throw Fault(name + " wants a whole number from " + std::to_string(lo) + " to " + std::to_string(hi) + ": " + text);
   return static_cast<int>(v);
+}
+
+double numberOption(const std::string& name, const std::string& text) {
+  const std::optional<double> v = parseLeadingNumber(text);
+  if (!v || !std::isfinite(*v)) throw Fault(name + " takes a number, not \"" + text + "\"");
+  return *v;
 }
 
 }  // namespace zorvik

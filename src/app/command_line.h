@@ -25,5 +25,7 @@ SettingAssignment parseSettingAssignment(const std::string& text);
 bool takeValue(const std::vector<std::string>& args, size_t& i, const std::string& name, std::string& value);
 // A whole number lo..hi filling the text; Fault naming the option otherwise.
 int wholeNumberOption(const std::string& name, const std::string& text, int lo, int hi);
+// A finite number at the start of the text; Fault naming the option otherwise.
+double numberOption(const std::string& name, const std::string& text);
 
 }  // namespace zorvik

@@ -1,0 +1,94 @@
+#include "app/cli_spectrum.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <algorithm>
+#include <numeric>
+
+#include "app/cli_decode.h"
+#include "app/command_line.h"
+#include "core/fault.h"
+#include "export/zrv_file.h"
+#include "signal/packet.h"
+#include "spectrum/spectrum_engine.h"
+
+namespace zorvik {
+
+namespace {
+const char* const kUsage =
+    "usage: zorvik-cli spectrum FILE [--window 0..6] [--doubled] [--dc] [--sample-period S] [--volts-per-div V] "
+    "[--zero V] [--lines K]";
+}  // namespace
+
+int runSpectrumCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream&) {
+  std::string file, v;
+  SpectrumSettings settings;
+  double samplePeriod = 1e-6, voltsPerDiv = 0.2, zero = 0;
+  int lines = 5;
+  for (size_t i = 0; i < args.size(); ++i) {
+    if (takeValue(args, i, "--window", v)) {
+      settings.WindowFunction = wholeNumberOption("--window", v, 0, 6);
+    } else if (args[i] == "--doubled") {
+      settings.Doubled = true;
+    } else if (args[i] == "--dc") {
+      settings.DCfreq = true;
+    } else if (takeValue(args, i, "--sample-period", v)) {
+      samplePeriod = numberOption("--sample-period", v);
+      if (!(samplePeriod > 0)) throw Fault("--sample-period must be above 0");
+    } else if (takeValue(args, i, "--volts-per-div", v)) {
+      voltsPerDiv = numberOption("--volts-per-div", v);
+      if (!(voltsPerDiv > 0)) throw Fault("--volts-per-div must be above 0");
+    } else if (takeValue(args, i, "--zero", v)) {
+      zero = numberOption("--zero", v);
+    } else if (takeValue(args, i, "--lines", v)) {
+      lines = wholeNumberOption("--lines", v, 0, 1000);
+    } else if (!args[i].empty() && args[i][0] == '-') {
+      throw Fault("unknown option: " + args[i]);
+    } else if (file.empty()) {
+      file = args[i];
+    } else {
+      throw Fault(kUsage);
+    }
+  }
+  if (file.empty()) throw Fault(kUsage);
+  std::string packet = readFileBytes(file);
+  if (auto zrv = parseZrv(packet)) packet = zrv->packet;
+  const PacketInfo info = decodePacket(packet);
+  if (info.ignored) throw Fault("not a packet: " + file + " holds " + std::to_string(packet.size()) + " bytes");
+
+  SpectrumInput in{info.segment1, info.isHiRes, info.isPeak, info.oneCharSample, static_cast<float>(samplePeriod),
+                   static_cast<float>(8 * voltsPerDiv), static_cast<float>(zero)};
+  SpectrumEngine e;
+  e.ComputeSpectrum(in, settings);
+  const double binHz = e.SpecBins > 0 ? e.MaxFreq / e.SpecBins : 0;
+
+  QJsonObject o;
+  o["window"] = kWindowFunctions[settings.WindowFunction];
+  o["max_freq"] = e.MaxFreq;
+  o["spec_bins"] = e.SpecBins;
+  o["bin_hz"] = binHz;
+  o["frame_length"] = e.FrameLength;
+  o["frame_start"] = e.FrameStart;
+  o["buffer_length"] = e.BufferLength;
+  o["peak_bin"] = e.PeakBin;
+  o["peak_freq"] = e.PeakBin * binHz;
+  o["peak_amp"] = e.PeakAmp;
+  o["full_amp"] = e.FullAmp;
+  // The strongest bins, strongest first; the lower bin first among equals.
+  std::vector<size_t> order(e.SpecAmp.size());
+  std::iota(order.begin(), order.end(), size_t{0});
+  const size_t k = std::min(order.size(), static_cast<size_t>(lines));
+  std::partial_sort(order.begin(), order.begin() + static_cast<std::ptrdiff_t>(k), order.end(),
+                    [&](size_t a, size_t b) { return e.SpecAmp[a] > e.SpecAmp[b] || (e.SpecAmp[a] == e.SpecAmp[b] && a < b); });
+  QJsonArray strongest;
+  for (size_t i = 0; i < k; ++i)
+    strongest.append(QJsonObject{{"bin", static_cast<qint64>(order[i])},
+                                 {"freq", static_cast<double>(order[i]) * binHz},
+                                 {"amp", e.SpecAmp[order[i]]}});
+  o["lines"] = strongest;
+  out << QJsonDocument(o).toJson(QJsonDocument::Compact).toStdString() << "\n";
+  return 0;
+}
+
+}  // namespace zorvik

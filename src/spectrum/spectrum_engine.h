@@ -1,0 +1,54 @@
+#pragma once
+#include <string_view>
+#include <vector>
+
+namespace zorvik {
+
+// What the spectrum reads of an acquisition: the segment and its scale.
+struct SpectrumInput {
+  std::string_view samples;
+  bool IsHiRes = false, IsPeak = false, OneCharSample = true;
+  float SamplePeriod = 1e-6f;
+  float FullScaleVolts = 1.6f;
+  float ZeroVolts = 0;
+};
+
+// The settings that change the computation.
+struct SpectrumSettings {
+  bool DCfreq = false;     // keep the lowest bins (the DC line)
+  bool Doubled = false;    // the whole record, zero-padded to the next power of two
+  int WindowFunction = 0;  // Rectangular, Hamming, Hann, Blackman, Flat Top, Triangular, Blackman-Harris
+};
+
+extern const char* const kWindowFunctions[7];
+
+// The amplitude spectrum of each acquisition: a frame of the record in volts, windowed and transformed,
+// each bin as the RMS volts of a sine on it; the largest line; and a vertical reference that does not
+// breathe with noise.
+class SpectrumEngine {
+ public:
+  void ComputeSpectrum(const SpectrumInput& in, const SpectrumSettings& s);
+  // The next computation forgets the held maximum.
+  void resetHeldMax() { HeldMaxReset = true; }
+
+  std::vector<float> SpecAmp;  // RMS volts a bin
+  int SpecBins = 0;            // bins the frequency axis spans
+  float MaxFreq = 0;           // Hz at the end of the axis
+  float PeakBin = 0, PeakAmp = 0;
+  float FullAmp = 0, ShownMax = 0, HeldMax = 0;
+  bool ScaleValid = false;
+  int FrameLength = 0, FrameStart = 0, BufferLength = 0;
+
+ private:
+  bool HeldMaxReset = false;
+  std::vector<float> buffer_, re_, im_;
+  // The window's multipliers for the last function and frame length: the same values, made once.
+  std::vector<float> window_;
+  int windowFunction_ = -1, windowLength_ = -1;
+};
+
+// The multiplier of the window at sample i of a frame of m, and the window's amplitude factor.
+float windowMultiplier(int function, int i, int m);
+float windowAmplitudeFactor(int function, int m);
+
+}  // namespace zorvik
