@@ -1,5 +1,5 @@
 // Arbitrary bytes as an acquisition packet through the packet entry and a replay, with the measurement
-// pass (every meter open, the auto level on) reading segment 1.
+// pass (every meter open, the auto level on) and the spectrum reading segment 1.
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -7,6 +7,7 @@
 #include "measure/measurement_pass.h"
 #include "measure/meter_readings.h"
 #include "signal/process_packet.h"
+#include "spectrum/spectrum_engine.h"
 
 namespace {
 struct Host : zorvik::PacketHost {
@@ -16,6 +17,12 @@ struct Host : zorvik::PacketHost {
   bool selectRectVisible() const override { return select; }
   void sampleCountChanged(int n) override { measure_.sampleCountChanged(n); }
   void measure(const zorvik::SegmentData& s) override { measure_.measure(s); }
+  void spectrum(const zorvik::SegmentData& s) override {
+    zorvik::SpectrumInput in{s.bytes, s.isHiRes, s.isPeak, s.oneCharSample};
+    engine.ComputeSpectrum(in, settings);
+  }
+  zorvik::SpectrumEngine engine;
+  zorvik::SpectrumSettings settings;
   bool select = false;
   zorvik::PacketStages& measure_;
 };
@@ -30,6 +37,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   in.byLevel = size % 4;
   in.negativePolarity = size % 2;
   Host host(pass);
+  host.settings = {size % 3 == 0, size % 5 == 0, static_cast<int>(size % 7)};
   zorvik::PacketProcessor pp(host);
   pp.ProcessPacket(packet);
   host.select = true;
