@@ -21,6 +21,7 @@
 #include "app/horizontal_panel.h"
 #include "app/meter_menu.h"
 #include "app/packet_file_menu.h"
+#include "app/spectrum_window.h"
 #include "app/trigger_marker.h"
 #include "app/trigger_panel.h"
 #include "app/vertical_panel.h"
@@ -37,6 +38,7 @@
 #include "export/packet_files.h"
 #include "link/class_obex.h"
 #include "measure/measurement_pass.h"
+#include "spectrum/spectrum_stage.h"
 
 namespace zorvik {
 
@@ -83,6 +85,17 @@ mainwin::mainwin(SettingsStore& settings, const InstanceIdentity& identity, std:
   };
   measure_->selectionVisible = [this] { return display_ && display_->mouse().selection().visible; };
   scope_->setNext(measure_.get());
+  spectrumStage_ = std::make_unique<SpectrumStage>([this] {
+    return SpectrumStage::Scale{main_->SamplePeriod, main_->FullScaleVolts, main_->ZeroVolts};
+  });
+  spectrumStage_->visible = [this] { return spectrum_ && spectrum_->isVisible(); };
+  measure_->setNext(spectrumStage_.get());
+  files_ = std::make_unique<PacketFiles>(*main_, fileDialogs_);
+  main_->storeWindowState = [this] {
+    meterMenu_->saveOn();
+    settings_.saveBool("Spectrum", "Visible", spectrum_ && spectrum_->isVisible());
+    settings_.saveBool("Stat", "Visible", false);
+  };
   rollCanvas_ = std::make_unique<DisplayRollCanvas>(*scope_);
   main_->setRollCanvas(rollCanvas_.get(), [this] { return rollSettingsOf(*scope_, main_->SamplesPerDiv); });
   main_->setNoTriggerMsg(scope_->settings().noTrigMsg);
@@ -120,12 +133,20 @@ mainwin::mainwin(SettingsStore& settings, const InstanceIdentity& identity, std:
   restoreZoom();
   scaleChanged();
   guarded([this] { meterMenu_->restore(); });
+  guarded([this] {
+    if (settings_.getBool("Spectrum", "Visible", false)) MeterFFT_Click();
+  });
   placeWindow();
   refreshRunControls();
   stateChanged();
 }
 
 mainwin::~mainwin() {
+  // These children reach into the stages, which go before the widgets do.
+  delete spectrum_;
+  spectrum_ = nullptr;
+  delete meterMenu_;
+  meterMenu_ = nullptr;
   main_->attachLink(nullptr);
   main_->setHooks(nullptr);
   main_->setRollCanvas(nullptr, {});
@@ -162,6 +183,10 @@ void mainwin::buildMenus() {
   meterMenu_ = new MeterMenu(
       meters, settings_, *measure_, this, [this] { main_->replayLastPacket(); },
       [this](const std::string& text) { sink_.show(BoxKind::Critical, main_->identity().InstanceTitle, text, ""); });
+  meters->addSeparator();
+  MeterFFT = meters->addAction("Spectral", [this] { guarded([this] { MeterFFT_Click(); }); });
+  MeterFFT->setObjectName("MeterFFT");
+  MeterFFT->setCheckable(true);
 
   buildRegistryMenu();
   registryMenu_->setEnabled(false);
@@ -187,6 +212,28 @@ void mainwin::buildMenus() {
   device->addAction("CH1 setting", [this] {
     showDevicePage(ch1Page_, [this] { return makeCh1Page(settings_, *main_, control_->channel(), *trigger_, this); });
   });
+}
+
+void mainwin::MeterFFT_Click() {
+  if (spectrum_ && spectrum_->isVisible()) {
+    spectrum_->close();  // its close stores the place and "Visible" false
+    return;
+  }
+  if (!spectrum_) {
+    spectrum_ = new Spectrum(settings_, *spectrumStage_, *files_, this);
+    spectrum_->memoOn = [this] { return scope_->settings().memory != 0; };
+    spectrum_->onFault = [this](const std::string& text) {
+      sink_.show(BoxKind::Critical, main_->identity().InstanceTitle, text, "");
+    };
+    spectrum_->onClosed = [this] {
+      guarded([this] { settings_.saveBool("Spectrum", "Visible", false); });
+      MeterFFT->setChecked(false);
+    };
+  }
+  spectrum_->show();
+  MeterFFT->setChecked(true);
+  settings_.saveBool("Spectrum", "Visible", true);
+  main_->replayLastPacket();
 }
 
 void mainwin::showDevicePage(DeviceSettingPage*& page, const std::function<DeviceSettingPage*()>& make) {
@@ -510,6 +557,11 @@ void mainwin::closeEvent(QCloseEvent* event) {
   }
   if (devicePage_) devicePage_->close();
   guarded([&] { meterMenu_->closeAll(); });
+  if (spectrum_ && spectrum_->isVisible()) {
+    // Closed with the program, it opens again at the next start.
+    spectrum_->onClosed = [] {};
+    spectrum_->close();
+  }
   guarded([&] {
     settings_.saveInt("Startup Position", "ZorvikWin Left", x());
     settings_.saveInt("Startup Position", "ZorvikWin Top", y());

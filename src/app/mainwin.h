@@ -39,6 +39,9 @@ class ViewZoom;
 class MeasurementPass;
 class MeterMenu;
 class DeviceSettingPage;
+class SpectrumStage;
+class Spectrum;
+class PacketFiles;
 class ZoomBar;
 
 // The main window: binds the front panel and the read-outs to the core and forwards the user's actions.
@@ -96,6 +99,8 @@ class mainwin : public QMainWindow, private MainView {
   void restoreZoom();
   // The selection's menu on the display, and its first item: the zoom that shows the selection.
   void selectionMenu(QPoint at);
+  // The Spectral item: the spectrum window opens (the last packet runs through it) or closes.
+  void MeterFFT_Click();
   void zoomToSelection();
   bool eventFilter(QObject* watched, QEvent* event) override;
 
@@ -124,6 +129,10 @@ class mainwin : public QMainWindow, private MainView {
 
   std::unique_ptr<MeasurementPass> measure_;  // behind the display in the packet's stages
   MeterMenu* meterMenu_ = nullptr;
+  std::unique_ptr<SpectrumStage> spectrumStage_;  // behind the measurement pass
+  std::unique_ptr<PacketFiles> files_;
+  Spectrum* spectrum_ = nullptr;
+  QAction* MeterFFT = nullptr;
   std::unique_ptr<ControllerDisplayHost> displayHost_;
   std::unique_ptr<ScopeDisplay> scope_;
   std::unique_ptr<DisplayRollCanvas> rollCanvas_;

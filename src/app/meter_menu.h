@@ -30,6 +30,8 @@ class MeterMenu : public QObject {
   void UnloadMeter(const std::string& caption);
   // The end of the program: "On" from the check marks, and each meter's place stored.
   void closeAll();
+  // "Meters/On" from the check marks.
+  void saveOn();
   unimeter* meter(Meter m) const;
   // The choices of the timing meters, for the pass.
   void fillInputs(MeasureInputs& in) const;
@@ -37,7 +39,6 @@ class MeterMenu : public QObject {
  private:
   bool MeterOpenClose(Meter m, bool close);
   void feed(const SegmentData& segment, int n, const MeasureInputs& in);
-  void saveOn();
   void radio(QMenu* parent, const char* title, const char* object, const std::vector<const char*>& captions,
              int checked, std::function<void(int)> chosen);
 

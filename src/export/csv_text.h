@@ -1,6 +1,7 @@
 #pragma once
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace zorvik {
 
@@ -13,5 +14,12 @@ void appendCsvInteger(std::string& out, long long value);
 // Every byte of the packet from the fifth on (the master word and the first segment word are left
 // out; later segment words and both bytes of 16-bit samples are written as they lie).
 std::string packetCsvText(std::string_view packet);
+
+// A float in its default text form: up to seven significant digits, the exponent form ("1.234568E-05")
+// below 0.0001 and from 10 000 000 on.
+std::string floatText(float value);
+
+// The spectrum's bins 0 to bins - 1, one float a line.
+std::string spectrumCsvText(const std::vector<float>& amplitudes, int bins);
 
 }  // namespace zorvik

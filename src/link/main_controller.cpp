@@ -211,9 +211,13 @@ void MainController::ObexLinkDLL1_EndSessionEvent() {
 }
 
 bool MainController::requestClose() {
-  settings_.saveBool("Meters", "On", false);
-  settings_.saveBool("Spectrum", "Visible", false);
-  settings_.saveBool("Stat", "Visible", false);
+  if (storeWindowState) {
+    storeWindowState();
+  } else {
+    settings_.SaveSettingValue("Meters", "On", "");
+    settings_.saveBool("Spectrum", "Visible", false);
+    settings_.saveBool("Stat", "Visible", false);
+  }
   if (Online()) {
     std::string text = std::string("You must close session") + kCrLf + " before exit. Disconnect?";
     if (messages_.show(BoxKind::Question, identity_.InstanceTitle, text) != kAnswerYes) return false;

@@ -47,6 +47,9 @@ class MainController : public ObexEvents, public PacketHost, private RollHost {
   // The menu entry LinkSetup.
   void LinkSetup_Click();
   // Closing the window by any means: false cancels the close.
+  // The window's part of the exit: the open meters and whether the spectrum and histogram stand; without
+  // it (no windows) none are open.
+  std::function<void()> storeWindowState;
   bool requestClose();
   // Waits with the event loop running (events of the link run inside).
   static void Wait(int ms);

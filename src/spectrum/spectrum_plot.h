@@ -1,0 +1,40 @@
+#pragma once
+#include <string>
+#include <vector>
+
+namespace zorvik {
+
+class SpectrumEngine;
+
+// How the spectrum is drawn: linear or dB amplitude, the dB range, normalising to the strongest line,
+// and the interpolation between bins (0 none, 1 Sin(x)/x, 2 Lanczos).
+struct SpectrumPlotSettings {
+  bool dB = false;            // TypeAmp
+  int dBRange = 50;           // DBdiap: the visible dB range
+  bool normalize = false;     // Normir
+  bool memo = false;          // MemoKey1: the normalised scale follows the held maximum
+  int interpolation = 0;      // Interpol1
+  int interpolationPoints = 3;  // InterpolationPoints1: 2^n neighbours
+};
+
+// The axes: amplitude at the top and bottom (volts or dB) and the frequencies shown.
+struct SpectrumScale {
+  float TopAmp = 0, BottomAmp = 0;
+  float FreqLeft = 0, FreqSpan = 0;
+};
+
+SpectrumScale SetVertScale(const SpectrumEngine& e, const SpectrumPlotSettings& s);
+// A bin's amplitude on the vertical axis: volts, or dB with an amplitude of 0 read as -100.
+float plotValue(float amplitude, bool dB);
+
+// The row (pixels from the top of the plot, 0 to height) of each pixel column of a plot `width` wide, or
+// kEmptyColumn where no bin lands. Without interpolation the last bin of a column sets it.
+constexpr float kEmptyColumn = -32767;
+std::vector<float> spectrumColumns(const SpectrumEngine& e, const SpectrumScale& scale, const SpectrumPlotSettings& s,
+                                   int width, int height);
+
+// The cursor's read-outs: the frequency, and the amplitude in volts, or in dB with its volts.
+std::string frequencyText(double hz);
+std::string amplitudeText(double value, bool dB);
+
+}  // namespace zorvik

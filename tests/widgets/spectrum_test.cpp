@@ -1,0 +1,58 @@
+#include <QComboBox>
+#include <QLabel>
+#include <QRadioButton>
+#include <QtTest>
+
+#include "app/spectrum_window.h"
+#include "spectrum/spectrum_stage.h"
+#include "window_fixture.h"
+
+using namespace zorvik;
+
+// The spectrum window opened from the Meters menu, on the default packet.
+class SpectrumTest : public QObject {
+  Q_OBJECT
+
+ private:
+  MemorySettings settings_;
+
+ private slots:
+  void spectralOpensTheWindowWhichShowsTheLastPacket() {
+    auto w = test::windowWithDefaultPacket(settings_);
+    QAction* item = w->findChild<QAction*>("MeterFFT");
+    QVERIFY(item);
+    item->trigger();
+    auto* spectrum = w->findChild<Spectrum*>("Spectrum");
+    QVERIFY(spectrum && spectrum->isVisible());
+    QVERIFY(item->isChecked());
+    QCOMPARE(settings_.GetSettingValue("Spectrum", "Visible", ""), std::string("True"));
+    QVERIFY2(!spectrum->findChild<QLabel*>("SpectrumPeak")->text().isEmpty(), "the peak of the default packet");
+    if (!qEnvironmentVariableIsEmpty("ZORVIK_SCREENSHOT")) spectrum->grab().save(qEnvironmentVariable("ZORVIK_SCREENSHOT"));
+
+    // dB replots the same computation; an interpolated plot leaves the rectangular window for Hamming.
+    spectrum->findChild<QRadioButton*>("TypeAmp_1")->click();
+    QVERIFY(spectrum->plotSettings().dB);
+    QCOMPARE(settings_.GetSettingValue("Spectrum", "VertScale", ""), std::string("1"));
+    auto* interp = spectrum->findChild<QComboBox*>("Interpol1");
+    interp->setCurrentIndex(1);
+    emit interp->activated(1);
+    QCOMPARE(spectrum->findChild<QComboBox*>("WindowFunction")->currentText(), QString("Hamming"));
+    QCOMPARE(settings_.GetSettingValue("Spectrum", "Window function", ""), std::string("1"));
+
+    item->trigger();  // closes it
+    QVERIFY(!spectrum->isVisible());
+    QCOMPARE(settings_.GetSettingValue("Spectrum", "Visible", ""), std::string("False"));
+  }
+
+  void anOpenSpectrumComesBackAtStart() {
+    settings_.saveBool("Spectrum", "Visible", true);
+    auto w = test::windowWithDefaultPacket(settings_);
+    auto* spectrum = w->findChild<Spectrum*>("Spectrum");
+    QVERIFY(spectrum && spectrum->isVisible());
+    QVERIFY(w->close());
+    QCOMPARE(settings_.GetSettingValue("Spectrum", "Visible", ""), std::string("True"));
+  }
+};
+
+QTEST_MAIN(SpectrumTest)
+#include "spectrum_test.moc"
