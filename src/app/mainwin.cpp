@@ -22,6 +22,7 @@
 #include "app/meter_menu.h"
 #include "app/packet_file_menu.h"
 #include "app/spectrum_window.h"
+#include "app/stat_window.h"
 #include "app/trigger_marker.h"
 #include "app/trigger_panel.h"
 #include "app/vertical_panel.h"
@@ -39,6 +40,7 @@
 #include "link/class_obex.h"
 #include "measure/measurement_pass.h"
 #include "spectrum/spectrum_stage.h"
+#include "stat/stat_stage.h"
 
 namespace zorvik {
 
@@ -90,11 +92,14 @@ mainwin::mainwin(SettingsStore& settings, const InstanceIdentity& identity, std:
   });
   spectrumStage_->visible = [this] { return spectrum_ && spectrum_->isVisible(); };
   measure_->setNext(spectrumStage_.get());
+  statStage_ = std::make_unique<StatStage>([this] { return StatStage::Scale{main_->FullScaleVolts, main_->ZeroVolts}; });
+  statStage_->visible = [this] { return stat_ && stat_->isVisible(); };
+  spectrumStage_->setNext(statStage_.get());
   files_ = std::make_unique<PacketFiles>(*main_, fileDialogs_);
   main_->storeWindowState = [this] {
     meterMenu_->saveOn();
     settings_.saveBool("Spectrum", "Visible", spectrum_ && spectrum_->isVisible());
-    settings_.saveBool("Stat", "Visible", false);
+    settings_.saveBool("Stat", "Visible", stat_ && stat_->isVisible());
   };
   rollCanvas_ = std::make_unique<DisplayRollCanvas>(*scope_);
   main_->setRollCanvas(rollCanvas_.get(), [this] { return rollSettingsOf(*scope_, main_->SamplesPerDiv); });
@@ -135,6 +140,7 @@ mainwin::mainwin(SettingsStore& settings, const InstanceIdentity& identity, std:
   guarded([this] { meterMenu_->restore(); });
   guarded([this] {
     if (settings_.getBool("Spectrum", "Visible", false)) MeterFFT_Click();
+    if (settings_.getBool("Stat", "Visible", false)) MeterStat_Click();
   });
   placeWindow();
   refreshRunControls();
@@ -145,6 +151,8 @@ mainwin::~mainwin() {
   // These children reach into the stages, which go before the widgets do.
   delete spectrum_;
   spectrum_ = nullptr;
+  delete stat_;
+  stat_ = nullptr;
   delete meterMenu_;
   meterMenu_ = nullptr;
   main_->attachLink(nullptr);
@@ -187,6 +195,9 @@ void mainwin::buildMenus() {
   MeterFFT = meters->addAction("Spectral", [this] { guarded([this] { MeterFFT_Click(); }); });
   MeterFFT->setObjectName("MeterFFT");
   MeterFFT->setCheckable(true);
+  MeterStat = meters->addAction("Staistic", [this] { guarded([this] { MeterStat_Click(); }); });
+  MeterStat->setObjectName("MeterStat");
+  MeterStat->setCheckable(true);
 
   buildRegistryMenu();
   registryMenu_->setEnabled(false);
@@ -233,6 +244,28 @@ void mainwin::MeterFFT_Click() {
   spectrum_->show();
   MeterFFT->setChecked(true);
   settings_.saveBool("Spectrum", "Visible", true);
+  main_->replayLastPacket();
+}
+
+void mainwin::MeterStat_Click() {
+  if (stat_ && stat_->isVisible()) {
+    stat_->close();
+    return;
+  }
+  if (!stat_) {
+    stat_ = new Stat(settings_, *statStage_, *files_, this);
+    stat_->memoOn = [this] { return scope_->settings().memory != 0; };
+    stat_->onFault = [this](const std::string& text) {
+      sink_.show(BoxKind::Critical, main_->identity().InstanceTitle, text, "");
+    };
+    stat_->onClosed = [this] {
+      guarded([this] { settings_.saveBool("Stat", "Visible", false); });
+      MeterStat->setChecked(false);
+    };
+  }
+  stat_->show();
+  MeterStat->setChecked(true);
+  settings_.saveBool("Stat", "Visible", true);
   main_->replayLastPacket();
 }
 
@@ -561,6 +594,10 @@ void mainwin::closeEvent(QCloseEvent* event) {
     // Closed with the program, it opens again at the next start.
     spectrum_->onClosed = [] {};
     spectrum_->close();
+  }
+  if (stat_ && stat_->isVisible()) {
+    stat_->onClosed = [] {};
+    stat_->close();
   }
   guarded([&] {
     settings_.saveInt("Startup Position", "ZorvikWin Left", x());

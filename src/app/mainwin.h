@@ -41,6 +41,8 @@ class MeterMenu;
 class DeviceSettingPage;
 class SpectrumStage;
 class Spectrum;
+class StatStage;
+class Stat;
 class PacketFiles;
 class ZoomBar;
 
@@ -101,6 +103,8 @@ class mainwin : public QMainWindow, private MainView {
   void selectionMenu(QPoint at);
   // The Spectral item: the spectrum window opens (the last packet runs through it) or closes.
   void MeterFFT_Click();
+  // The Staistic item: the histogram window, likewise.
+  void MeterStat_Click();
   void zoomToSelection();
   bool eventFilter(QObject* watched, QEvent* event) override;
 
@@ -133,6 +137,9 @@ class mainwin : public QMainWindow, private MainView {
   std::unique_ptr<PacketFiles> files_;
   Spectrum* spectrum_ = nullptr;
   QAction* MeterFFT = nullptr;
+  std::unique_ptr<StatStage> statStage_;  // behind the spectrum
+  Stat* stat_ = nullptr;
+  QAction* MeterStat = nullptr;
   std::unique_ptr<ControllerDisplayHost> displayHost_;
   std::unique_ptr<ScopeDisplay> scope_;
   std::unique_ptr<DisplayRollCanvas> rollCanvas_;

@@ -4,12 +4,11 @@
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QMenu>
-#include <QMouseEvent>
-#include <QPainter>
 #include <QPushButton>
 #include <QSignalBlocker>
 #include <QVBoxLayout>
 
+#include "app/value_plot.h"
 #include "config/settings.h"
 #include "export/csv_text.h"
 #include "export/packet_files.h"
@@ -23,54 +22,6 @@ constexpr char kSection[] = "Spectrum";
 const int kDbRanges[7] = {10, 20, 30, 40, 50, 60, 70};
 QString q(const std::string& s) { return QString::fromStdString(s); }
 }  // namespace
-
-SpectrumPlot::SpectrumPlot(const SpectrumStage& stage, QWidget* parent) : QWidget(parent), stage_(stage) {
-  setObjectName("SpectrumDisplay");
-  setFixedSize(sizeHint());
-  setMouseTracking(true);
-}
-
-void SpectrumPlot::setPicture(const std::vector<float>& rows, const SpectrumScale& scale, bool dB, bool valid) {
-  rows_ = rows;
-  scale_ = scale;
-  dB_ = dB;
-  valid_ = valid;
-  update();
-}
-
-void SpectrumPlot::paintEvent(QPaintEvent*) {
-  QPainter p(this);
-  p.fillRect(rect(), Qt::black);
-  // The grid of the main display: olive division lines, ten across and eight high.
-  p.setPen(QColor(128, 128, 0));
-  for (int i = 0; i <= 10; ++i) p.drawLine(kMargin + i * kWidth / 10, kMargin, kMargin + i * kWidth / 10, kMargin + kHeight);
-  for (int i = 0; i <= 8; ++i) p.drawLine(kMargin, kMargin + i * kHeight / 8, kMargin + kWidth, kMargin + i * kHeight / 8);
-  if (!valid_) return;
-  p.setRenderHint(QPainter::Antialiasing, false);
-  p.setPen(QColor(0, 255, 0));
-  QPolygonF line;
-  for (size_t x = 0; x < rows_.size(); ++x) {
-    if (rows_[x] == kEmptyColumn) continue;
-    line << QPointF(kMargin + static_cast<double>(x), kMargin + std::clamp<double>(rows_[x], 0, kHeight));
-  }
-  p.drawPolyline(line);
-  p.setPen(Qt::white);
-  const auto amp = [this](float v) { return q(dB_ ? amplitudeText(v, true).substr(0, amplitudeText(v, true).find(" /")) : amplitudeText(v, false)); };
-  p.drawText(kMargin + 2, kMargin + 12, amp(scale_.TopAmp));
-  p.drawText(kMargin + 2, kMargin + kHeight - 4, amp(scale_.BottomAmp));
-  p.drawText(QRect(kMargin, kMargin + kHeight - 16, kWidth - 2, 14), Qt::AlignRight,
-             q(frequencyText(scale_.FreqLeft + scale_.FreqSpan)));
-}
-
-void SpectrumPlot::mouseMoveEvent(QMouseEvent* event) {
-  if (!onCursor || !valid_) return;
-  const QPointF at = event->position();
-  const double x = std::clamp(at.x() - kMargin, 0.0, static_cast<double>(kWidth - 1));
-  const double y = std::clamp(at.y() - kMargin, 0.0, static_cast<double>(kHeight));
-  const double hz = scale_.FreqLeft + x * scale_.FreqSpan / (kWidth - 1);
-  const double value = scale_.TopAmp - y * (scale_.TopAmp - scale_.BottomAmp) / kHeight;
-  onCursor(q(frequencyText(hz)), q(amplitudeText(value, dB_)));
-}
 
 Spectrum::Spectrum(SettingsStore& settings, SpectrumStage& stage, PacketFiles& files, QWidget* parent)
     : QWidget(parent, Qt::Window), settings_(settings), stage_(stage), files_(files) {
@@ -108,7 +59,7 @@ Spectrum::Spectrum(SettingsStore& settings, SpectrumStage& stage, PacketFiles& f
     controls->addWidget(w);
   controls->addStretch(1);
   column->addLayout(controls);
-  display_ = new SpectrumPlot(stage_, this);
+  display_ = new ValuePlot("SpectrumDisplay", this);
   column->addWidget(display_);
   auto* readouts = new QHBoxLayout;
   OknoSamples = new QLabel(this);
@@ -122,9 +73,9 @@ Spectrum::Spectrum(SettingsStore& settings, SpectrumStage& stage, PacketFiles& f
   LabelAmp->setObjectName("LabelAmp");
   for (QLabel* l : {OknoSamples, peak_, LabelFrq, LabelAmp}) readouts->addWidget(l, 1);
   column->addLayout(readouts);
-  display_->onCursor = [this](const QString& f, const QString& a) {
-    LabelFrq->setText(f);
-    LabelAmp->setText(a);
+  display_->onCursor = [this](double across, double down) {
+    LabelFrq->setText(q(frequencyText(scale_.FreqLeft + across * scale_.FreqSpan)));
+    LabelAmp->setText(q(amplitudeText(scale_.TopAmp - down * (scale_.TopAmp - scale_.BottomAmp), plot_.dB)));
   };
   loadSettings();
 
@@ -217,11 +168,16 @@ void Spectrum::PlotSpectrum() {
   }
   plot_.memo = memoOn();
   const SpectrumEngine& e = stage_.engine();
-  const SpectrumScale scale = SetVertScale(e, plot_);
+  const SpectrumScale scale = scale_ = SetVertScale(e, plot_);
   const bool valid = stage_.HaveData() && e.ScaleValid;
-  display_->setPicture(valid ? spectrumColumns(e, scale, plot_, SpectrumPlot::kWidth, SpectrumPlot::kHeight)
-                             : std::vector<float>{},
-                       scale, plot_.dB, valid);
+  // The scale at the corners: dB without its volts.
+  auto amp = [this](float v) {
+    const std::string t = amplitudeText(v, plot_.dB);
+    return q(t.substr(0, t.find(" /")));
+  };
+  display_->setPicture(valid ? spectrumColumns(e, scale, plot_, ValuePlot::kWidth, ValuePlot::kHeight) : std::vector<float>{},
+                       {amp(scale.TopAmp), amp(scale.BottomAmp), QString(), q(frequencyText(scale.FreqLeft + scale.FreqSpan))},
+                       valid);
   OknoSamples->setText(QString("%1 bins").arg(e.SpecBins));
   peak_->setText(valid ? q(frequencyText(e.SpecBins > 0 ? e.PeakBin * e.MaxFreq / e.SpecBins : 0) + "  " +
                            engineeringText(e.PeakAmp, "V"))

@@ -13,29 +13,7 @@ namespace zorvik {
 class SettingsStore;
 class SpectrumStage;
 class PacketFiles;
-
-// The plot of the spectrum: grid, the trace through the columns, the scale at the corners, and the
-// frequency and amplitude under the cursor.
-class SpectrumPlot : public QWidget {
-  Q_OBJECT
- public:
-  SpectrumPlot(const SpectrumStage& stage, QWidget* parent = nullptr);
-  void setPicture(const std::vector<float>& rows, const SpectrumScale& scale, bool dB, bool valid);
-  QSize sizeHint() const override { return {kWidth + 2 * kMargin, kHeight + 2 * kMargin}; }
-  std::function<void(const QString& frequency, const QString& amplitude)> onCursor;
-
-  static constexpr int kWidth = 400, kHeight = 256, kMargin = 10;
-
- protected:
-  void paintEvent(QPaintEvent* event) override;
-  void mouseMoveEvent(QMouseEvent* event) override;
-
- private:
-  const SpectrumStage& stage_;
-  std::vector<float> rows_;
-  SpectrumScale scale_;
-  bool dB_ = false, valid_ = false;
-};
+class ValuePlot;
 
 // Spectrum: the amplitude spectrum of each acquisition while the window is open, with its window
 // function, the frame, the amplitude scale and the CSV export.
@@ -66,7 +44,8 @@ class Spectrum : public QWidget {
   SpectrumStage& stage_;
   PacketFiles& files_;
   SpectrumPlotSettings plot_;
-  SpectrumPlot* display_ = nullptr;
+  ValuePlot* display_ = nullptr;
+  SpectrumScale scale_;
   QRadioButton* volts_ = nullptr;
   QRadioButton* decibels_ = nullptr;
   QComboBox* DBdiap = nullptr;

@@ -2,6 +2,8 @@
 #include <string>
 #include <vector>
 
+#include "spectrum/plot_columns.h"
+
 namespace zorvik {
 
 class SpectrumEngine;
@@ -24,12 +26,8 @@ struct SpectrumScale {
 };
 
 SpectrumScale SetVertScale(const SpectrumEngine& e, const SpectrumPlotSettings& s);
-// A bin's amplitude on the vertical axis: volts, or dB with an amplitude of 0 read as -100.
-float plotValue(float amplitude, bool dB);
 
-// The row (pixels from the top of the plot, 0 to height) of each pixel column of a plot `width` wide, or
-// kEmptyColumn where no bin lands. Without interpolation the last bin of a column sets it.
-constexpr float kEmptyColumn = -32767;
+// The spectrum's columns on a plot `width` wide and `height` high (see plotColumns).
 std::vector<float> spectrumColumns(const SpectrumEngine& e, const SpectrumScale& scale, const SpectrumPlotSettings& s,
                                    int width, int height);
 

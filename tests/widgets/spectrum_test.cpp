@@ -4,6 +4,7 @@
 #include <QtTest>
 
 #include "app/spectrum_window.h"
+#include "app/stat_window.h"
 #include "spectrum/spectrum_stage.h"
 #include "window_fixture.h"
 
@@ -42,6 +43,24 @@ class SpectrumTest : public QObject {
     item->trigger();  // closes it
     QVERIFY(!spectrum->isVisible());
     QCOMPARE(settings_.GetSettingValue("Spectrum", "Visible", ""), std::string("False"));
+  }
+
+  void staisticShowsTheHistogramInSamplesOrPercent() {
+    auto w = test::windowWithDefaultPacket(settings_);
+    QAction* item = w->findChild<QAction*>("MeterStat");
+    QVERIFY(item);
+    item->trigger();
+    auto* stat = w->findChild<Stat*>("Stat");
+    QVERIFY(stat && stat->isVisible());
+    auto* peak = stat->findChild<QLabel*>("StatPeak");
+    QVERIFY2(peak->text().endsWith("smp"), qPrintable(peak->text()));
+    stat->findChild<QRadioButton*>("TypeAmp_1")->click();
+    QVERIFY(stat->percent());
+    QVERIFY2(peak->text().endsWith("%"), qPrintable(peak->text()));
+    if (!qEnvironmentVariableIsEmpty("ZORVIK_SCREENSHOT")) stat->grab().save(qEnvironmentVariable("ZORVIK_SCREENSHOT") + ".stat.png");
+    item->trigger();
+    QVERIFY(!stat->isVisible());
+    QCOMPARE(settings_.GetSettingValue("Stat", "Visible", ""), std::string("False"));
   }
 
   void anOpenSpectrumComesBackAtStart() {

@@ -1,0 +1,63 @@
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "stat/histogram.h"
+
+using namespace zorvik;
+
+namespace {
+HistogramInput input(const std::string& s, bool hiRes = false, bool peak = false) {
+  HistogramInput in;
+  in.samples = s;
+  in.IsHiRes = hiRes;
+  in.IsPeak = peak;
+  return in;
+}
+}  // namespace
+
+TEST(Histogram, EachFormatCountsItsWay) {
+  HistogramEngine h;
+  const std::string flat(40, static_cast<char>(100));
+  h.BuildHistogram(input(flat));
+  EXPECT_EQ(h.HistSamples, 40);
+  EXPECT_EQ(h.HistCount[100], 40);
+  EXPECT_EQ(h.ShownMaxCount, 40);
+  EXPECT_TRUE(h.ScaleValid);
+  EXPECT_FLOAT_EQ(h.LevelLow, -0.8f);
+  EXPECT_FLOAT_EQ(h.LevelHigh, 0.8f);
+
+  // 40 samples of 16 bits: only the high bytes of the first half count, 20 of the 40.
+  std::string words;
+  for (int i = 0; i < 40; ++i) words += std::string{static_cast<char>(100), static_cast<char>(7)};
+  h.BuildHistogram(input(words, true));
+  EXPECT_EQ(h.HistSamples, 40);
+  EXPECT_EQ(h.HistCount[100], 20);
+  EXPECT_EQ(h.HistCount[7], 0);
+
+  // A peak pair paints the band it swept, either way round; only the pairs of the first half count.
+  const std::string pairs = {10, 13, 13, 10, 50, 50, 50, 50};
+  h.BuildHistogram(input(pairs, false, true));
+  for (int b = 10; b <= 13; ++b) EXPECT_EQ(h.HistCount[static_cast<size_t>(b)], 2) << b;
+  EXPECT_EQ(h.HistCount[50], 0);
+
+  h.BuildHistogram(input(""));
+  EXPECT_FALSE(h.ScaleValid);
+  EXPECT_EQ(h.ShownMaxCount, 0);
+}
+
+TEST(Histogram, TheHighestCountMovesTheScaleOnlyPastFivePercent) {
+  HistogramEngine h;
+  h.BuildHistogram(input(std::string(100, 'a')));
+  EXPECT_EQ(h.ShownMaxCount, 100);
+  EXPECT_EQ(h.HeldMaxCount, 105);
+  h.BuildHistogram(input(std::string(104, 'a')));
+  EXPECT_EQ(h.ShownMaxCount, 100);
+  h.BuildHistogram(input(std::string(110, 'a')));
+  EXPECT_EQ(h.ShownMaxCount, 110);
+  EXPECT_EQ(h.HeldMaxCount, 116);  // 115.5 rounded
+  h.resetHeldMax();
+  h.BuildHistogram(input(std::string(50, 'a')));
+  EXPECT_EQ(h.ShownMaxCount, 50);
+  EXPECT_EQ(h.HeldMaxCount, 53);  // 52.5 rounded
+}
