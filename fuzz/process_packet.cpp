@@ -1,5 +1,5 @@
 // Arbitrary bytes as an acquisition packet through the packet entry and a replay, with the measurement
-// pass (every meter open, the auto level on) and the spectrum reading segment 1.
+// pass (every meter open, the auto level on), the spectrum and the histogram reading segment 1.
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -8,6 +8,7 @@
 #include "measure/meter_readings.h"
 #include "signal/process_packet.h"
 #include "spectrum/spectrum_engine.h"
+#include "stat/histogram.h"
 
 namespace {
 struct Host : zorvik::PacketHost {
@@ -21,7 +22,11 @@ struct Host : zorvik::PacketHost {
     zorvik::SpectrumInput in{s.bytes, s.isHiRes, s.isPeak, s.oneCharSample};
     engine.ComputeSpectrum(in, settings);
   }
+  void stat(const zorvik::SegmentData& s) override {
+    histogram.BuildHistogram({s.bytes, s.isHiRes, s.isPeak, s.oneCharSample});
+  }
   zorvik::SpectrumEngine engine;
+  zorvik::HistogramEngine histogram;
   zorvik::SpectrumSettings settings;
   bool select = false;
   zorvik::PacketStages& measure_;
