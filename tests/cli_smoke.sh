@@ -24,6 +24,12 @@ check "measure meters" "echo '$out' | grep -q '\"FRH\":\"No signal\"'"
 out=$("$cli" spectrum "$tmp/p.bin" --lines 2); rc=$?
 check "spectrum exit" "[ $rc -eq 0 ]"
 check "spectrum bins" "echo '$out' | grep -q '\"spec_bins\":8'"
+out=$("$cli" spectrum "$tmp/p.bin" --thd 30 --band 0:100 --sinxx); rc=$?
+check "spectrum thd exit" "[ $rc -eq 0 ]"
+check "spectrum thd" "echo '$out' | grep -q '\"thd\":{'"
+check "spectrum main meter" "echo '$out' | grep -q '\"main_meter\":{'"
+"$cli" spectrum "$tmp/p.bin" --band 12 2>/dev/null; rc=$?
+check "spectrum bad band exit 2" "[ $rc -eq 2 ]"
 "$cli" spectrum "$tmp/p.bin" --window 9 2>/dev/null; rc=$?
 check "spectrum bad window exit 2" "[ $rc -eq 2 ]"
 "$cli" measure "$tmp/p.bin" --volts-per-div none 2>"$tmp/err"; rc=$?

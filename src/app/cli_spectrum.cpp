@@ -4,12 +4,15 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <algorithm>
+#include <cmath>
 #include <numeric>
 
 #include "app/cli_decode.h"
 #include "app/command_line.h"
 #include "core/fault.h"
 #include "export/zrv_file.h"
+#include "measure/main_meter.h"
+#include "measure/thd.h"
 #include "signal/packet.h"
 #include "spectrum/spectrum_engine.h"
 
@@ -18,14 +21,16 @@ namespace zorvik {
 namespace {
 const char* const kUsage =
     "usage: zorvik-cli spectrum FILE [--window 0..6] [--doubled] [--dc] [--sample-period S] [--volts-per-div V] "
-    "[--zero V] [--lines K]";
+    "[--zero V] [--lines K] [--refine] [--band MIN_KHZ:MAX_KHZ] [--sinxx] [--thd H] [--power]";
 }  // namespace
 
 int runSpectrumCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream&) {
   std::string file, v;
   SpectrumSettings settings;
   double samplePeriod = 1e-6, voltsPerDiv = 0.2, zero = 0;
-  int lines = 5;
+  int lines = 5, thd = 0;
+  bool sinxx = false, power = false, band = false;
+  std::string bandMin, bandMax;
   for (size_t i = 0; i < args.size(); ++i) {
     if (takeValue(args, i, "--window", v)) {
       settings.WindowFunction = wholeNumberOption("--window", v, 0, 6);
@@ -41,6 +46,21 @@ int runSpectrumCommand(const std::vector<std::string>& args, std::ostream& out, 
       if (!(voltsPerDiv > 0)) throw Fault("--volts-per-div must be above 0");
     } else if (takeValue(args, i, "--zero", v)) {
       zero = numberOption("--zero", v);
+    } else if (args[i] == "--refine") {
+      settings.refinePeak = true;
+    } else if (takeValue(args, i, "--band", v)) {
+      const size_t colon = v.find(':');
+      if (colon == std::string::npos) throw Fault("--band takes MIN_KHZ:MAX_KHZ, not \"" + v + "\"");
+      band = true;
+      bandMin = v.substr(0, colon);
+      bandMax = v.substr(colon + 1);
+    } else if (args[i] == "--sinxx") {
+      sinxx = true;
+    } else if (takeValue(args, i, "--thd", v)) {
+      thd = wholeNumberOption("--thd", v, 1, 1000);
+      settings.refinePeak = true;  // the THD meter always refines its fundamental
+    } else if (args[i] == "--power") {
+      power = true;
     } else if (takeValue(args, i, "--lines", v)) {
       lines = wholeNumberOption("--lines", v, 0, 1000);
     } else if (!args[i].empty() && args[i][0] == '-') {
@@ -87,6 +107,32 @@ int runSpectrumCommand(const std::vector<std::string>& args, std::ostream& out, 
                                  {"freq", static_cast<double>(order[i]) * binHz},
                                  {"amp", e.SpecAmp[order[i]]}});
   o["lines"] = strongest;
+  o["refined"] = e.Refined;
+  if (band || sinxx) {
+    const MainMeterReading m =
+        readMainMeter(e.SpecAmp, e.SpecBins, e.MaxFreq, e.PeakBin, e.PeakAmp, bandMin, bandMax, sinxx);
+    QJsonObject mm;
+    if (!m.signal) {
+      mm["status"] = "No signal";
+    } else {
+      mm["amplitude"] = m.amplitude;
+      mm["level_dbv"] = std::log(m.amplitude) * 8.68588924407959;
+      mm["frequency"] = m.frequency;
+      mm["period"] = m.frequency > 0 ? 1 / m.frequency : 0.0;
+    }
+    o["main_meter"] = mm;
+  }
+  if (thd > 0) {
+    const ThdResult r = computeThd(e.SpecAmp, e.SpecBins, e.PeakBin, e.PeakAmp, in.SamplePeriod, thd, power);
+    QJsonObject t;
+    t["valid"] = r.valid;
+    t["percent"] = r.value;
+    QJsonArray harmonics;
+    for (const Harmonic& h : r.lines)
+      harmonics.append(QJsonObject{{"number", h.number}, {"freq", h.freq}, {"amp", h.amplitude}});
+    t["harmonics"] = harmonics;
+    o["thd"] = t;
+  }
   out << QJsonDocument(o).toJson(QJsonDocument::Compact).toStdString() << "\n";
   return 0;
 }

@@ -6,6 +6,7 @@
 #include <cstdlib>
 
 #include "spectrum/fft.h"
+#include "spectrum/sinxx.h"
 
 namespace zorvik {
 
@@ -93,6 +94,13 @@ void SpectrumEngine::ComputeSpectrum(const SpectrumInput& in, const SpectrumSett
       PeakAmp = SpecAmp[j];
       PeakBin = static_cast<float>(j);
     }
+  }
+  Refined = false;
+  if (s.refinePeak && PeakAmp > 0) {
+    const InterpolatedPeak p = InterpolationMaxFind(SpecAmp, SpecBins, PeakBin - 1, PeakBin + 1);
+    PeakBin = p.bin;
+    PeakAmp = p.amplitude;
+    Refined = true;
   }
   // A dead band of 5 % keeps the vertical scale from breathing with noise.
   if (PeakAmp > 0) {

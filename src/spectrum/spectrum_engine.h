@@ -18,6 +18,9 @@ struct SpectrumSettings {
   bool DCfreq = false;     // keep the lowest bins (the DC line)
   bool Doubled = false;    // the whole record, zero-padded to the next power of two
   int WindowFunction = 0;  // Rectangular, Hamming, Hann, Blackman, Flat Top, Triangular, Blackman-Harris
+  // The strongest line rebuilt between bins by sin(x)/x: for an interpolated, normalised plot and while
+  // the THD meter is open.
+  bool refinePeak = false;
 };
 
 extern const char* const kWindowFunctions[7];
@@ -37,6 +40,7 @@ class SpectrumEngine {
   float PeakBin = 0, PeakAmp = 0;
   float FullAmp = 0, ShownMax = 0, HeldMax = 0;
   bool ScaleValid = false;
+  bool Refined = false;  // PeakBin and PeakAmp come from the rebuilt spectrum
   int FrameLength = 0, FrameStart = 0, BufferLength = 0;
 
  private:

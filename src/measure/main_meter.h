@@ -1,0 +1,21 @@
+#pragma once
+#include <string>
+#include <vector>
+
+namespace zorvik {
+
+// The strongest line of a spectrum inside a band typed in kHz, refined between bins when asked.
+struct MainMeterReading {
+  bool signal = false;  // false: "No signal"
+  float amplitude = 0;  // volts
+  float bin = 0;
+  double frequency = 0;  // Hz
+  // The band's fields as the meter leaves them (limits pulled into range).
+  std::string minText, maxText;
+};
+
+// Both fields empty: the whole spectrum, starting from the line the spectrum found (peakBin, peakAmp).
+MainMeterReading readMainMeter(const std::vector<float>& spectrum, int bins, float maxFrequency, float peakBin,
+                               float peakAmp, const std::string& minText, const std::string& maxText, bool sinxx);
+
+}  // namespace zorvik
