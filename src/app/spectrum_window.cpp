@@ -8,6 +8,8 @@
 #include <QSignalBlocker>
 #include <QVBoxLayout>
 
+#include "app/main_meter_window.h"
+#include "app/thd_window.h"
 #include "app/value_plot.h"
 #include "config/settings.h"
 #include "export/csv_text.h"
@@ -53,6 +55,14 @@ Spectrum::Spectrum(SettingsStore& settings, SpectrumStage& stage, PacketFiles& f
   auto* menuKey = new QPushButton("File", this);
   auto* menu = new QMenu(menuKey);
   menu->addAction("Save to CSV-file", this, [this] { SaveToCSV(); })->setObjectName("SaveToCSV");
+  mainMeter_ = new mainmeter(settings_, this);
+  thdMeter_ = new THDmeter(settings_, this);
+  for (auto* m : std::initializer_list<QWidget*>{mainMeter_, thdMeter_}) m->hide();
+  mainMeter_->rectangularWindow = thdMeter_->rectangularWindow = [this] { return stage_.settings.WindowFunction == 0; };
+  mainMeter_->useHamming = thdMeter_->useHamming = [this] { useHamming(); };
+  mainMeter_->onFault = thdMeter_->onFault = [this](const std::string& t) { onFault(t); };
+  menu->addAction("Max.freq", this, [this] { toggleMeter(mainMeter_); })->setObjectName("MeterMaxFrq");
+  menu->addAction("THD", this, [this] { toggleMeter(thdMeter_); })->setObjectName("MeterTHD");
   menuKey->setMenu(menu);
   for (QWidget* w : std::initializer_list<QWidget*>{volts_, decibels_, DBdiap, Normir, DCfreq, WindowFunction, Doubled,
                                                     Interpolation, menuKey})
@@ -92,8 +102,7 @@ Spectrum::Spectrum(SettingsStore& settings, SpectrumStage& stage, PacketFiles& f
   connect(Normir, &QCheckBox::clicked, this, [this](bool on) {
     plot_.normalize = on;
     store("Normalize", on ? 1 : 0);
-    stage_.engine().resetHeldMax();
-    PlotSpectrum();
+    computationChanged();
   });
   connect(DCfreq, &QCheckBox::clicked, this, [this](bool on) {
     stage_.settings.DCfreq = on;
@@ -113,9 +122,14 @@ Spectrum::Spectrum(SettingsStore& settings, SpectrumStage& stage, PacketFiles& f
   connect(Interpolation, &QComboBox::activated, this, [this](int i) {
     plot_.interpolation = i;
     store("Interpolation1", i);
-    PlotSpectrum();
+    updateRefine();
+    stage_.ComputeSpectrum();
   });
-  stage_.onComputed = [this] { PlotSpectrum(); };
+  updateRefine();
+  stage_.onComputed = [this] {
+    PlotSpectrum();
+    feedMeters();
+  };
 }
 
 Spectrum::~Spectrum() { stage_.onComputed = [] {}; }
@@ -151,18 +165,37 @@ void Spectrum::store(const char* name, long long value) {
 
 void Spectrum::computationChanged() {
   stage_.engine().resetHeldMax();
+  updateRefine();
   stage_.ComputeSpectrum();
+}
+
+void Spectrum::updateRefine() {
+  stage_.settings.refinePeak = (plot_.interpolation != 0 && plot_.normalize) || (thdMeter_ && thdMeter_->isVisible());
+}
+
+void Spectrum::useHamming() {
+  stage_.settings.WindowFunction = 1;
+  QSignalBlocker b(WindowFunction);
+  WindowFunction->setCurrentIndex(1);
+  store("Window function", 1);
+}
+
+void Spectrum::toggleMeter(QWidget* meter) {
+  meter->setVisible(!meter->isVisible());
+  updateRefine();
+  stage_.ComputeSpectrum();
+}
+
+void Spectrum::feedMeters() {
+  if (!stage_.HaveData()) return;
+  if (mainMeter_->isVisible()) mainMeter_->Ind(stage_.engine());
+  if (thdMeter_->isVisible()) thdMeter_->Ind(stage_.engine(), stage_.samplePeriod());
 }
 
 void Spectrum::PlotSpectrum() {
   // Interpolation makes no sense with the leakage of the rectangular window.
   if (plot_.interpolation != 0 && stage_.settings.WindowFunction == 0) {
-    stage_.settings.WindowFunction = 1;
-    {
-      QSignalBlocker b(WindowFunction);
-      WindowFunction->setCurrentIndex(1);
-    }
-    store("Window function", 1);
+    useHamming();
     stage_.ComputeSpectrum();  // draws again through onComputed
     return;
   }

@@ -14,6 +14,8 @@ class SettingsStore;
 class SpectrumStage;
 class PacketFiles;
 class ValuePlot;
+class mainmeter;
+class THDmeter;
 
 // Spectrum: the amplitude spectrum of each acquisition while the window is open, with its window
 // function, the frame, the amplitude scale and the CSV export.
@@ -37,6 +39,11 @@ class Spectrum : public QWidget {
 
  private:
   void loadSettings();
+  // The strongest line is rebuilt for an interpolated, normalised plot and while the THD meter is open.
+  void updateRefine();
+  void useHamming();
+  void feedMeters();
+  void toggleMeter(QWidget* meter);
   void store(const char* name, long long value);
   void computationChanged();
 
@@ -58,6 +65,8 @@ class Spectrum : public QWidget {
   QLabel* LabelFrq = nullptr;
   QLabel* LabelAmp = nullptr;
   QLabel* peak_ = nullptr;
+  mainmeter* mainMeter_ = nullptr;
+  THDmeter* thdMeter_ = nullptr;
 };
 
 }  // namespace zorvik

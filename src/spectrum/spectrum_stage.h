@@ -24,6 +24,7 @@ class SpectrumStage : public ChainedStages {
   SpectrumEngine& engine() { return engine_; }
   const SpectrumEngine& engine() const { return engine_; }
   bool HaveData() const { return haveData_; }
+  float samplePeriod() const { return input_.SamplePeriod; }
   int AcqCount() const { return acqCount_; }
 
   void spectrum(const SegmentData& segment) override;

@@ -1,10 +1,14 @@
+#include <QCheckBox>
 #include <QComboBox>
+#include <QLineEdit>
 #include <QLabel>
 #include <QRadioButton>
 #include <QtTest>
 
 #include "app/spectrum_window.h"
+#include "app/main_meter_window.h"
 #include "app/stat_window.h"
+#include "app/thd_window.h"
 #include "spectrum/spectrum_stage.h"
 #include "window_fixture.h"
 
@@ -43,6 +47,35 @@ class SpectrumTest : public QObject {
     item->trigger();  // closes it
     QVERIFY(!spectrum->isVisible());
     QCOMPARE(settings_.GetSettingValue("Spectrum", "Visible", ""), std::string("False"));
+  }
+
+  void mainMeterAndThdReadTheSpectrum() {
+    auto w = test::windowWithDefaultPacket(settings_);
+    w->findChild<QAction*>("MeterFFT")->trigger();
+    auto* spectrum = w->findChild<Spectrum*>("Spectrum");
+    QVERIFY(spectrum);
+    spectrum->findChild<QAction*>("MeterMaxFrq")->trigger();
+    auto* main = spectrum->findChild<mainmeter*>("mainmeter");
+    QVERIFY(main && main->isVisible());
+    const QString amplitude = main->findChild<QLabel*>("CurVal")->text();
+    QVERIFY2(amplitude.endsWith("V") && !amplitude.startsWith("No"), qPrintable(amplitude));
+    QVERIFY(main->findChild<QLabel*>("CurValFrq")->text().endsWith("Hz"));
+
+    spectrum->findChild<QAction*>("MeterTHD")->trigger();
+    auto* thd = spectrum->findChild<THDmeter*>("THDmeter");
+    QVERIFY(thd && thd->isVisible());
+    // Its first spectrum asks for Hamming; the next one is measured.
+    QCOMPARE(spectrum->findChild<QComboBox*>("WindowFunction")->currentText(), QString("Hamming"));
+    w->core().replayLastPacket();
+    QVERIFY2(thd->findChild<QLabel*>("CurVal")->text().endsWith("%"), qPrintable(thd->findChild<QLabel*>("CurVal")->text()));
+    thd->findChild<QLineEdit*>("MaxHarm")->setText("30");
+    thd->findChild<QCheckBox*>("HarmList")->setChecked(true);
+    w->core().replayLastPacket();
+    QCOMPARE(thd->findChild<QLineEdit*>("MaxHarm")->text(), QString("25"));
+    if (!qEnvironmentVariableIsEmpty("ZORVIK_SCREENSHOT")) {
+      main->grab().save(qEnvironmentVariable("ZORVIK_SCREENSHOT") + ".main.png");
+      thd->grab().save(qEnvironmentVariable("ZORVIK_SCREENSHOT") + ".thd.png");
+    }
   }
 
   void staisticShowsTheHistogramInSamplesOrPercent() {
