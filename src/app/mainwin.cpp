@@ -21,6 +21,7 @@
 #include "app/horizontal_panel.h"
 #include "app/meter_menu.h"
 #include "app/packet_file_menu.h"
+#include "app/picture_menu.h"
 #include "app/spectrum_window.h"
 #include "app/stat_window.h"
 #include "app/trigger_marker.h"
@@ -170,6 +171,9 @@ void mainwin::buildMenus() {
   linkMenu->addSeparator();
   QMenu* fileMenu = menuBar()->addMenu("&File");
   addPacketFileMenu(fileMenu, *main_, fileDialogs_);
+  addPictureMenu(fileMenu, *main_, fileDialogs_, settings_, *scope_, [this](const std::string& text) {
+    sink_.show(BoxKind::Critical, main_->identity().InstanceTitle, text, "");
+  });
   QAction* exitAction = linkMenu->addAction("Exit", [this] { close(); });
   exitAction->setObjectName("Exit");
 

@@ -6,6 +6,7 @@
 #include "app/mainwin.h"
 #include "control/trigger_control.h"
 #include "display/scope_display.h"
+#include "export/display_pictures.h"
 #include "sim/sim_config.h"
 #include "sim/simulated_obex.h"
 
@@ -147,6 +148,19 @@ class MainwinTest : public QObject {
     QDir::setCurrent(previous);
     QCOMPARE(w->trigger().model().level, 129);  // the mean code of the default square wave
     QCOMPARE(settings_.GetSettingValue("Ch1", "TrigPoz", ""), std::string("129"));
+  }
+
+  void thePictureOfTheDisplayWithAndWithoutLabels() {
+    auto w = make("rate=max");
+    QVERIFY(w->findChild<QAction*>("SaveToBMPGIFJPG_0"));
+    QVERIFY(!w->findChild<QAction*>("SaveToBMPGIFJPG_1")->isEnabled());  // no GIF writer yet
+    QVERIFY(w->findChild<QAction*>("SaveWithLabels")->isChecked());       // the catalogue's default
+    const QImage plain = displayPicture(w->display(), w->display().labels(), false);
+    const QImage labelled = displayPicture(w->display(), w->display().labels(), true);
+    QCOMPARE(plain.size(), QSize(341, 277));
+    QCOMPARE(labelled.size(), plain.size());
+    QVERIFY(plain != labelled);
+    QCOMPARE(plain, w->display().canvas().image());
   }
 
   void slowTimeBaseGrowsTheTraceWhileTheDataArrive() {

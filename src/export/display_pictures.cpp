@@ -1,0 +1,92 @@
+#include "export/display_pictures.h"
+
+#include <QPainter>
+#include <filesystem>
+
+#include "core/fault.h"
+#include "display/label_painter.h"
+#include "display/scope_display.h"
+#include "export/acquisition_hold.h"
+#include "export/dialog_filter.h"
+#include "export/file_dialogs.h"
+#include "export/jpeg_writer.h"
+#include "link/main_controller.h"
+
+namespace zorvik {
+
+namespace {
+
+constexpr std::string_view kBmpFilter = filterList("Windows or OS/2 bitmap (*.bmp)\0*.bmp\0\0");
+constexpr std::string_view kJpegFilter = filterList("JPEG - JFIF Compliant (*.jpg)\0*.jpg\0\0");
+
+// A BMP through a temporary file and a rename, so that a failure leaves an earlier picture whole.
+void writeBmp(const QImage& picture, const std::string& path) {
+  const std::string temporary = path + ".tmp";
+  std::error_code ec;
+  if (!picture.save(QString::fromStdString(temporary), "BMP")) {
+    std::filesystem::remove(temporary, ec);
+    throw Fault("Cannot write the picture " + path);
+  }
+  std::filesystem::rename(temporary, path, ec);
+  if (ec) {
+    std::filesystem::remove(temporary, ec);
+    throw Fault("Cannot write the picture " + path);
+  }
+}
+
+}  // namespace
+
+std::string autoPictureName(uint32_t tickMs, const char* extension) {
+  return std::to_string(tickMs) + "." + extension;
+}
+
+QImage displayPicture(const ScopeDisplay& display, const DisplayLabels& labels, bool withLabels) {
+  QImage picture = display.canvas().image().copy();
+  if (withLabels) {
+    QPainter p(&picture);
+    paintLabels(p, labels, display.settings(), display.canvas().geometry());
+  }
+  return picture;
+}
+
+void DisplayPictures::SaveToBMPGIFJPG(PictureTarget target, const std::function<QImage()>& picture,
+                                      const std::function<void(const QImage&)>& toClipboard, bool autoName,
+                                      uint32_t tickMs) {
+  AcquisitionHold hold(main_.link());
+  const std::string& title = main_.identity().InstanceTitle;
+  switch (target) {
+    case PictureTarget::Bmp:
+    case PictureTarget::Jpeg: {
+      const bool bmp = target == PictureTarget::Bmp;
+      const char* extension = bmp ? "bmp" : "jpg";
+      const std::string path = autoName ? autoPictureName(tickMs, extension)
+                                        : SaveFileDialog(dialogs_, main_.settings(), bmp ? kBmpFilter : kJpegFilter,
+                                                         extension, kPictureCategory);
+      if (path.empty()) {
+        hold.keepStopped();  // a cancelled dialog ends the command; the user starts again
+        return;
+      }
+      if (bmp)
+        writeBmp(picture(), path);
+      else
+        writeJpeg(picture(), path, kJpegComment, kJpegQuality);
+      hold.release();
+      main_.messages().show(BoxKind::InfoBox, title, "Display saved:\r\n" + path,
+                            bmp ? "DisplayBMPwrited" : "DisplayJPGwrited");
+      return;
+    }
+    case PictureTarget::Clipboard:
+      toClipboard(picture());
+      hold.release();
+      main_.messages().show(BoxKind::InfoBox, title, "Display in clipboard", "Display2clipboard");
+      return;
+    case PictureTarget::Wallpaper:
+      // The desktop's wallpaper belongs to the desktop here: the picture is left in the file for it.
+      writeBmp(picture(), kWallpaperFile);
+      return;
+    case PictureTarget::Gif:
+      throw Fault("GIF pictures are not written by this version");
+  }
+}
+
+}  // namespace zorvik

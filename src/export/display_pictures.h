@@ -1,0 +1,44 @@
+#pragma once
+#include <QImage>
+#include <cstdint>
+#include <functional>
+#include <string>
+
+namespace zorvik {
+
+class MainController;
+class FileDialogs;
+class ScopeDisplay;
+struct DisplayLabels;
+
+// The targets of the display's picture, in the order of the menu.
+enum class PictureTarget { Bmp = 0, Gif = 1, Jpeg = 2, Clipboard = 3, Wallpaper = 4 };
+
+constexpr const char* kPictureCategory = "Images";
+constexpr const char* kJpegComment = "Zorvik oscilloscope screen capture";
+constexpr int kJpegQuality = 80;
+constexpr const char* kWallpaperFile = "wallpaper.bmp";
+
+// The name of a picture without a dialog: the millisecond tick with the target's extension, so that
+// pictures taken in a row get rising names.
+std::string autoPictureName(uint32_t tickMs, const char* extension);
+
+// What the display shows: its surface, with the labels over it when asked.
+QImage displayPicture(const ScopeDisplay& display, const DisplayLabels& labels, bool withLabels);
+
+// The picture commands of the main window's menu. A running serial acquisition is held around each one;
+// a cancelled dialog ends the command and leaves it stopped. Faults of writing go to the caller.
+class DisplayPictures {
+ public:
+  DisplayPictures(MainController& main, FileDialogs& dialogs) : main_(main), dialogs_(dialogs) {}
+
+  // `picture` is taken once the acquisition is held; the clipboard is the window's to fill.
+  void SaveToBMPGIFJPG(PictureTarget target, const std::function<QImage()>& picture,
+                       const std::function<void(const QImage&)>& toClipboard, bool autoName, uint32_t tickMs);
+
+ private:
+  MainController& main_;
+  FileDialogs& dialogs_;
+};
+
+}  // namespace zorvik
