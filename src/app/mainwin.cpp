@@ -20,6 +20,7 @@
 #include "app/display_menus.h"
 #include "app/horizontal_panel.h"
 #include "app/meter_menu.h"
+#include "app/memo_window.h"
 #include "app/packet_file_menu.h"
 #include "app/picture_menu.h"
 #include "app/spectrum_window.h"
@@ -37,6 +38,7 @@
 #include "display/scope_display.h"
 #include "display/scope_display_window.h"
 #include "display/view_zoom.h"
+#include "export/display_pictures.h"
 #include "export/packet_files.h"
 #include "link/class_obex.h"
 #include "measure/measurement_pass.h"
@@ -174,6 +176,15 @@ void mainwin::buildMenus() {
   addPictureMenu(fileMenu, *main_, fileDialogs_, settings_, *scope_, [this](const std::string& text) {
     sink_.show(BoxKind::Critical, main_->identity().InstanceTitle, text, "");
   });
+  if (QMenu* pictures = fileMenu->findChild<QMenu*>("SaveToBMPGIFJPG")) {
+    QAction* open = pictures->addAction("show in new window", [this] {
+      guarded([this] {
+        const QAction* labels = findChild<QAction*>("SaveWithLabels");
+        showMemo(displayPicture(*scope_, scope_->labels(), labels && labels->isChecked()));
+      });
+    });
+    open->setObjectName("OpenBitmapInNewWin");
+  }
   QAction* exitAction = linkMenu->addAction("Exit", [this] { close(); });
   exitAction->setObjectName("Exit");
 
@@ -481,11 +492,33 @@ void mainwin::selectionMenu(QPoint at) {
   menu.setTitle("SelRect");
   QAction* zoom = menu.addAction("change zoom to", [this] { guarded([this] { zoomToSelection(); }); });
   zoom->setObjectName("SelRectOperation0");
-  // The picture window that takes copies of the selection is not part of this program yet.
   const char* copies[] = {"show in new window", "magn x2 to new window", "magn x3 to new window",
                           "magn x4 to new window", "magn x5 to new window"};
-  for (const char* caption : copies) menu.addAction(caption)->setEnabled(false);
+  for (int i = 0; i < 5; ++i) {
+    QAction* a = menu.addAction(copies[i], [this, i] { guarded([&] { copySelection(i == 0 ? 1 : i + 1); }); });
+    a->setObjectName(QString("SelRectOperation%1").arg(i + 1));
+  }
   menu.exec(at);
+}
+
+void mainwin::copySelection(int magnification) {
+  const DisplayMouse::Selection s = display_->mouse().selection();
+  if (!s.visible) return;
+  // The pixels as the screen shows them, labels included.
+  const QImage shown = displayPicture(*scope_, scope_->labels(), true);
+  const DisplayGeometry& g = scope_->canvas().geometry();
+  const QRect r = QRect(QPoint(g.pixelX(s.left()), g.pixelY(s.top())), QPoint(g.pixelX(s.right()), g.pixelY(s.bottom())))
+                      .intersected(shown.rect());
+  if (r.isEmpty()) return;
+  QImage copy = shown.copy(r);
+  if (magnification > 1) copy = copy.scaled(r.size() * magnification, Qt::IgnoreAspectRatio, Qt::FastTransformation);
+  showMemo(copy);
+}
+
+void mainwin::showMemo(const QImage& picture) {
+  auto* m = new memowin(picture, *main_, fileDialogs_, this);
+  m->onFault = [this](const std::string& text) { sink_.show(BoxKind::Critical, main_->identity().InstanceTitle, text, ""); };
+  m->show();
 }
 
 void mainwin::zoomToSelection() {

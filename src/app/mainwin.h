@@ -106,6 +106,9 @@ class mainwin : public QMainWindow, private MainView {
   // The Staistic item: the histogram window, likewise.
   void MeterStat_Click();
   void zoomToSelection();
+  // A still copy in a memo window: the selection (magnified n times) or the whole display.
+  void copySelection(int magnification);
+  void showMemo(const QImage& picture);
   bool eventFilter(QObject* watched, QEvent* event) override;
 
   SettingsStore& settings_;

@@ -52,6 +52,17 @@ QImage displayPicture(const ScopeDisplay& display, const DisplayLabels& labels, 
 void DisplayPictures::SaveToBMPGIFJPG(PictureTarget target, const std::function<QImage()>& picture,
                                       const std::function<void(const QImage&)>& toClipboard, bool autoName,
                                       uint32_t tickMs) {
+  save(target, picture, toClipboard, kDisplayPictureTexts, autoName, tickMs);
+}
+
+void DisplayPictures::savePicture(PictureTarget target, const QImage& picture,
+                                  const std::function<void(const QImage&)>& toClipboard, const PictureTexts& texts) {
+  save(target, [&picture] { return picture; }, toClipboard, texts, false, 0);
+}
+
+void DisplayPictures::save(PictureTarget target, const std::function<QImage()>& picture,
+                           const std::function<void(const QImage&)>& toClipboard, const PictureTexts& texts,
+                           bool autoName, uint32_t tickMs) {
   AcquisitionHold hold(main_.link());
   const std::string& title = main_.identity().InstanceTitle;
   switch (target) {
@@ -69,16 +80,16 @@ void DisplayPictures::SaveToBMPGIFJPG(PictureTarget target, const std::function<
       if (bmp)
         writeBmp(picture(), path);
       else
-        writeJpeg(picture(), path, kJpegComment, kJpegQuality);
+        writeJpeg(picture(), path, texts.jpegComment, kJpegQuality);
       hold.release();
-      main_.messages().show(BoxKind::InfoBox, title, "Display saved:\r\n" + path,
-                            bmp ? "DisplayBMPwrited" : "DisplayJPGwrited");
+      main_.messages().show(BoxKind::InfoBox, title, std::string(texts.savedText) + "\r\n" + path,
+                            bmp ? texts.bmpKey : texts.jpgKey);
       return;
     }
     case PictureTarget::Clipboard:
       toClipboard(picture());
       hold.release();
-      main_.messages().show(BoxKind::InfoBox, title, "Display in clipboard", "Display2clipboard");
+      if (texts.clipboardText) main_.messages().show(BoxKind::InfoBox, title, texts.clipboardText, texts.clipboardKey);
       return;
     case PictureTarget::Wallpaper:
       // The desktop's wallpaper belongs to the desktop here: the picture is left in the file for it.

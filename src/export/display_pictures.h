@@ -17,6 +17,20 @@ enum class PictureTarget { Bmp = 0, Gif = 1, Jpeg = 2, Clipboard = 3, Wallpaper 
 constexpr const char* kPictureCategory = "Images";
 constexpr const char* kJpegComment = "Zorvik oscilloscope screen capture";
 constexpr int kJpegQuality = 80;
+
+// What a picture command says and writes: the success text and its keys, and the JPEG comment.
+struct PictureTexts {
+  const char* savedText;
+  const char* bmpKey;
+  const char* jpgKey;
+  const char* clipboardText;  // none: the clipboard is filled silently
+  const char* clipboardKey;
+  const char* jpegComment;
+};
+constexpr PictureTexts kDisplayPictureTexts{"Display saved:",       "DisplayBMPwrited",  "DisplayJPGwrited",
+                                            "Display in clipboard", "Display2clipboard", kJpegComment};
+constexpr PictureTexts kMemoPictureTexts{"Picture saved:", "MemoPictWrited", "MemoPictWrited",
+                                         nullptr,          nullptr,          "Zorvik screen capture"};
 constexpr const char* kWallpaperFile = "wallpaper.bmp";
 
 // The name of a picture without a dialog: the millisecond tick with the target's extension, so that
@@ -35,8 +49,15 @@ class DisplayPictures {
   // `picture` is taken once the acquisition is held; the clipboard is the window's to fill.
   void SaveToBMPGIFJPG(PictureTarget target, const std::function<QImage()>& picture,
                        const std::function<void(const QImage&)>& toClipboard, bool autoName, uint32_t tickMs);
+  // A picture that stands still (the memo window's): always through the dialog.
+  void savePicture(PictureTarget target, const QImage& picture, const std::function<void(const QImage&)>& toClipboard,
+                   const PictureTexts& texts);
 
  private:
+  void save(PictureTarget target, const std::function<QImage()>& picture,
+            const std::function<void(const QImage&)>& toClipboard, const PictureTexts& texts, bool autoName,
+            uint32_t tickMs);
+
   MainController& main_;
   FileDialogs& dialogs_;
 };

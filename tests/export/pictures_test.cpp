@@ -107,4 +107,15 @@ TEST_F(PicturesTest, FilesTheirMessagesAndTheHeldAcquisition) {
   EXPECT_TRUE(fs::exists(dir.file("4711.jpg")));
   EXPECT_TRUE(fs::exists(dir.file("wallpaper.bmp")));
   EXPECT_EQ(autoPictureName(12, "bmp"), "12.bmp");
+
+  // A memo window's picture: its own texts, and the clipboard filled without a word.
+  const size_t said = sink.messages.size();
+  dialogs.answers = {dir.file("memo.jpg")};
+  pictures.savePicture(PictureTarget::Jpeg, picture(), [](const QImage&) {}, kMemoPictureTexts);
+  ASSERT_EQ(sink.messages.size(), said + 1);
+  EXPECT_EQ(sink.messages.back().text, "Picture saved:\r\n" + dir.file("memo.jpg"));
+  EXPECT_EQ(sink.messages.back().key, "MemoPictWrited");
+  EXPECT_NE(readFile(dir.file("memo.jpg")).find("Zorvik screen capture"), std::string::npos);
+  pictures.savePicture(PictureTarget::Clipboard, picture(), [](const QImage&) {}, kMemoPictureTexts);
+  EXPECT_EQ(sink.messages.size(), said + 1);
 }

@@ -1,3 +1,4 @@
+#include <QLineEdit>
 #include <QMenu>
 #include <QScrollBar>
 #include <QTimer>
@@ -7,6 +8,7 @@
 #include "app/mainwin.h"
 #include "display/scope_display.h"
 #include "display/scope_display_window.h"
+#include "app/memo_window.h"
 #include "display/view_zoom.h"
 #include "window_fixture.h"
 
@@ -116,6 +118,39 @@ class ZoomTest : public QObject {
     QTest::mousePress(display, Qt::LeftButton, {}, pixel(*w, 100, 100));
     QTest::mouseMove(display, pixel(*w, 200, 60));
     if (!qEnvironmentVariableIsEmpty("ZORVIK_SCREENSHOT")) w->grab().save(qEnvironmentVariable("ZORVIK_SCREENSHOT"));
+  }
+
+  void selectionCopiesGoToMemoWindows() {
+    auto w = make();
+    auto* display = w->findChild<ScopeDisplayWindow*>("Display");
+    QTimer::singleShot(50, [&] {
+      auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+      if (!menu) return;
+      for (QAction* a : menu->actions())
+        if (a->objectName() == "SelRectOperation2") a->trigger();  // magn x2
+      menu->close();
+    });
+    QTest::mousePress(display, Qt::RightButton, {}, pixel(*w, 100, 200));
+    QTest::mouseMove(display, pixel(*w, 140, 150));
+    QTest::mouseRelease(display, Qt::RightButton, {}, pixel(*w, 140, 150));
+    auto memos = w->findChildren<memowin*>("memowin");
+    QCOMPARE(memos.size(), 1);
+    // 40 units by 50 rows are 40 x 50 pixels at zoom 1 (and one more of the edge), doubled.
+    QCOMPARE(memos[0]->picture().size(), QSize(82, 102));
+
+    w->findChild<QAction*>("OpenBitmapInNewWin")->trigger();
+    memos = w->findChildren<memowin*>("memowin");
+    QCOMPARE(memos.size(), 2);
+    memowin* whole = memos[1]->picture().width() == 341 ? memos[1] : memos[0];
+    QCOMPARE(whole->picture().size(), QSize(341, 277));
+    QCOMPARE(whole->pictureToSave().size(), QSize(341, 277));  // no comment shown
+    whole->AddComment_Click();
+    QVERIFY(whole->commentShown());
+    whole->findChild<QLineEdit*>("PictureComment")->setText("ringing at the edge");
+    QVERIFY(whole->pictureToSave().height() > 277);
+    whole->AddComment_Click();
+    QCOMPARE(whole->pictureToSave().size(), QSize(341, 277));
+    if (!qEnvironmentVariableIsEmpty("ZORVIK_SCREENSHOT")) memos[0]->grab().save(qEnvironmentVariable("ZORVIK_SCREENSHOT") + ".memo.png");
   }
 };
 
