@@ -41,7 +41,7 @@ void memowin::contextMenuEvent(QContextMenuEvent* event) {
   menu.setObjectName("PictureMenu");
   menu.setTitle("picture menu");
   menu.addAction("save to BMP file", this, [this] { SaveToBMPGIFJPG_Click(0); });
-  menu.addAction("save to GIF file")->setEnabled(false);  // the GIF writer is not part of this program yet
+  menu.addAction("save to GIF file", this, [this] { SaveToBMPGIFJPG_Click(1); });
   menu.addAction("save to JPG file", this, [this] { SaveToBMPGIFJPG_Click(2); });
   menu.addAction("copy to clipboard", this, [this] { SaveToBMPGIFJPG_Click(3); });
   menu.addSeparator();

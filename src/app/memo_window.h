@@ -23,7 +23,7 @@ class memowin : public QWidget {
   // What a save writes: the picture, with the comment below it when it is shown.
   QImage pictureToSave() const;
   void AddComment_Click();
-  // Menu items 0 BMP, 2 JPEG, 3 clipboard; faults go to the owner's box.
+  // Menu items 0 BMP, 1 GIF, 2 JPEG, 3 clipboard; faults go to the owner's box.
   void SaveToBMPGIFJPG_Click(int index);
   std::function<void(const std::string&)> onFault = [](const std::string&) {};
 

@@ -17,8 +17,9 @@ void addPictureMenu(QMenu* file, MainController& main, FileDialogs& dialogs, Set
   QMenu* menu = file->addMenu("Save display");
   menu->setObjectName("SaveToBMPGIFJPG");
   auto pictures = std::make_shared<DisplayPictures>(main, dialogs);
-  auto run = [&main, &display, pictures, fault](PictureTarget target, bool labels, bool autoName) {
+  auto run = [&main, &display, pictures, fault](PictureTarget target, bool labels, bool autoName, bool transparent) {
     try {
+      pictures->setGifTransparency(transparent, static_cast<uint32_t>(display.settings().backColor) & 0xFFFFFF);
       pictures->SaveToBMPGIFJPG(
           target, [&display, labels] { return displayPicture(display, display.labels(), labels); },
           [](const QImage& image) { QGuiApplication::clipboard()->setImage(image); }, autoName,
@@ -44,9 +45,8 @@ void addPictureMenu(QMenu* file, MainController& main, FileDialogs& dialogs, Set
         QAction* o = menu->findChild<QAction*>(name);
         return o && o->isChecked();
       };
-      run(target, checked("SaveWithLabels"), checked("AutoPictureFileName"));
+      run(target, checked("SaveWithLabels"), checked("AutoPictureFileName"), checked("transparentGIF"));
     });
-    if (target == PictureTarget::Gif) a->setEnabled(false);  // the GIF writer is not part of this program yet
   }
   menu->addSeparator();
   auto option = [&settings, menu, fault](const char* caption, const char* object, const char* key) {
@@ -65,6 +65,7 @@ void addPictureMenu(QMenu* file, MainController& main, FileDialogs& dialogs, Set
   };
   option("with labels", "SaveWithLabels", "WithLabels");
   option("auto file name", "AutoPictureFileName", "AutoFileName");
+  option("transparent GIF", "transparentGIF", "transparentGIF");
 }
 
 }  // namespace zorvik

@@ -10,8 +10,9 @@ class FileDialogs;
 class SettingsStore;
 class ScopeDisplay;
 
-// "Save display": the display's picture to a BMP or JPEG file, the clipboard or the wallpaper file, with
-// the options "with labels" and "auto file name" (section "Save"), stored when toggled.
+// "Save display": the display's picture to a BMP, GIF or JPEG file, the clipboard or the wallpaper file,
+// with the options "with labels", "auto file name" and "transparent GIF" (section "Save"), stored when
+// toggled.
 void addPictureMenu(QMenu* file, MainController& main, FileDialogs& dialogs, SettingsStore& settings,
                     ScopeDisplay& display, std::function<void(const std::string&)> fault);
 

@@ -9,6 +9,7 @@
 #include "export/acquisition_hold.h"
 #include "export/dialog_filter.h"
 #include "export/file_dialogs.h"
+#include "export/gif_writer.h"
 #include "export/jpeg_writer.h"
 #include "link/main_controller.h"
 
@@ -18,6 +19,7 @@ namespace {
 
 constexpr std::string_view kBmpFilter = filterList("Windows or OS/2 bitmap (*.bmp)\0*.bmp\0\0");
 constexpr std::string_view kJpegFilter = filterList("JPEG - JFIF Compliant (*.jpg)\0*.jpg\0\0");
+constexpr std::string_view kGifFilter = filterList("Graphics Interchange Format (*.gif)\0*.gif\0\0");
 
 // A BMP through a temporary file and a rename, so that a failure leaves an earlier picture whole.
 void writeBmp(const QImage& picture, const std::string& path) {
@@ -67,23 +69,33 @@ void DisplayPictures::save(PictureTarget target, const std::function<QImage()>& 
   const std::string& title = main_.identity().InstanceTitle;
   switch (target) {
     case PictureTarget::Bmp:
+    case PictureTarget::Gif:
     case PictureTarget::Jpeg: {
-      const bool bmp = target == PictureTarget::Bmp;
-      const char* extension = bmp ? "bmp" : "jpg";
+      const char* extension = target == PictureTarget::Bmp ? "bmp" : target == PictureTarget::Gif ? "gif" : "jpg";
+      const std::string_view filter =
+          target == PictureTarget::Bmp ? kBmpFilter : target == PictureTarget::Gif ? kGifFilter : kJpegFilter;
       const std::string path = autoName ? autoPictureName(tickMs, extension)
-                                        : SaveFileDialog(dialogs_, main_.settings(), bmp ? kBmpFilter : kJpegFilter,
-                                                         extension, kPictureCategory);
+                                        : SaveFileDialog(dialogs_, main_.settings(), filter, extension, kPictureCategory);
       if (path.empty()) {
         hold.keepStopped();  // a cancelled dialog ends the command; the user starts again
         return;
       }
-      if (bmp)
+      std::string text = std::string(texts.savedText) + "\r\n" + path;
+      const char* key = texts.bmpKey;
+      if (target == PictureTarget::Bmp) {
         writeBmp(picture(), path);
-      else
+      } else if (target == PictureTarget::Jpeg) {
         writeJpeg(picture(), path, texts.jpegComment, kJpegQuality);
+        key = texts.jpgKey;
+      } else {
+        const QImage image = picture();
+        const uint32_t started = main_.tickMs();
+        AniGIF().SaveGIF(image, path, gifTransparent_, gifTransparent_ ? gifBackground_ : AniGIF::kNoTransparent);
+        text += "\r\ntime = " + std::string(" ") + std::to_string(main_.tickMs() - started) + " ms";
+        key = texts.gifKey;
+      }
       hold.release();
-      main_.messages().show(BoxKind::InfoBox, title, std::string(texts.savedText) + "\r\n" + path,
-                            bmp ? texts.bmpKey : texts.jpgKey);
+      main_.messages().show(BoxKind::InfoBox, title, text, key);
       return;
     }
     case PictureTarget::Clipboard:
@@ -95,8 +107,6 @@ void DisplayPictures::save(PictureTarget target, const std::function<QImage()>& 
       // The desktop's wallpaper belongs to the desktop here: the picture is left in the file for it.
       writeBmp(picture(), kWallpaperFile);
       return;
-    case PictureTarget::Gif:
-      throw Fault("GIF pictures are not written by this version");
   }
 }
 

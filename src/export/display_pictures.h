@@ -23,13 +23,15 @@ struct PictureTexts {
   const char* savedText;
   const char* bmpKey;
   const char* jpgKey;
+  const char* gifKey;
   const char* clipboardText;  // none: the clipboard is filled silently
   const char* clipboardKey;
   const char* jpegComment;
 };
 constexpr PictureTexts kDisplayPictureTexts{"Display saved:",       "DisplayBMPwrited",  "DisplayJPGwrited",
-                                            "Display in clipboard", "Display2clipboard", kJpegComment};
-constexpr PictureTexts kMemoPictureTexts{"Picture saved:", "MemoPictWrited", "MemoPictWrited",
+                                            "DisplayGIFwrited",     "Display in clipboard", "Display2clipboard",
+                                            kJpegComment};
+constexpr PictureTexts kMemoPictureTexts{"Picture saved:", "MemoPictWrited", "MemoPictWrited", "MemoPictWrited",
                                          nullptr,          nullptr,          "Zorvik screen capture"};
 constexpr const char* kWallpaperFile = "wallpaper.bmp";
 
@@ -46,6 +48,12 @@ class DisplayPictures {
  public:
   DisplayPictures(MainController& main, FileDialogs& dialogs) : main_(main), dialogs_(dialogs) {}
 
+  // GIF pictures: the display's background becomes transparent when asked.
+  void setGifTransparency(bool transparent, uint32_t background) {
+    gifTransparent_ = transparent;
+    gifBackground_ = background;
+  }
+
   // `picture` is taken once the acquisition is held; the clipboard is the window's to fill.
   void SaveToBMPGIFJPG(PictureTarget target, const std::function<QImage()>& picture,
                        const std::function<void(const QImage&)>& toClipboard, bool autoName, uint32_t tickMs);
@@ -60,6 +68,8 @@ class DisplayPictures {
 
   MainController& main_;
   FileDialogs& dialogs_;
+  bool gifTransparent_ = false;
+  uint32_t gifBackground_ = 0;
 };
 
 }  // namespace zorvik

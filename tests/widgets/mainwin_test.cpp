@@ -153,7 +153,7 @@ class MainwinTest : public QObject {
   void thePictureOfTheDisplayWithAndWithoutLabels() {
     auto w = make("rate=max");
     QVERIFY(w->findChild<QAction*>("SaveToBMPGIFJPG_0"));
-    QVERIFY(!w->findChild<QAction*>("SaveToBMPGIFJPG_1")->isEnabled());  // no GIF writer yet
+    QVERIFY(w->findChild<QAction*>("SaveToBMPGIFJPG_1")->isEnabled());
     QVERIFY(w->findChild<QAction*>("SaveWithLabels")->isChecked());       // the catalogue's default
     const QImage plain = displayPicture(w->display(), w->display().labels(), false);
     const QImage labelled = displayPicture(w->display(), w->display().labels(), true);
