@@ -1,6 +1,10 @@
 #include "app/mainwin.h"
 
 #include <QApplication>
+#include <QDesktopServices>
+#include <QInputDialog>
+#include <QTimer>
+#include <QUrl>
 #include <QCloseEvent>
 #include <QDateTime>
 #include <QFormLayout>
@@ -38,7 +42,11 @@
 #include "display/scope_display.h"
 #include "display/scope_display_window.h"
 #include "display/view_zoom.h"
+#include "export/acquisition_hold.h"
+#include "export/animation_recorder.h"
+#include "export/dialog_filter.h"
 #include "export/display_pictures.h"
+#include "export/file_dialogs.h"
 #include "export/packet_files.h"
 #include "link/class_obex.h"
 #include "measure/measurement_pass.h"
@@ -98,6 +106,18 @@ mainwin::mainwin(SettingsStore& settings, const InstanceIdentity& identity, std:
   statStage_ = std::make_unique<StatStage>([this] { return StatStage::Scale{main_->FullScaleVolts, main_->ZeroVolts}; });
   statStage_->visible = [this] { return stat_ && stat_->isVisible(); };
   spectrumStage_->setNext(statStage_.get());
+  recorder_ = std::make_unique<AnimationRecorder>();
+  recorder_->capture = [this] {
+    const QAction* labels = findChild<QAction*>("SaveWithLabels");
+    return displayPicture(*scope_, scope_->labels(), labels && labels->isChecked());
+  };
+  // Saved once the packet's handler is done: the dialog must not stand inside it.
+  recorder_->onComplete = [this](std::vector<AniGIF::Frame> frames) {
+    QTimer::singleShot(0, this, [this, frames = std::move(frames)]() mutable {
+      guarded([&] { saveAnimation(std::move(frames)); });
+    });
+  };
+  statStage_->setNext(recorder_.get());
   files_ = std::make_unique<PacketFiles>(*main_, fileDialogs_);
   main_->storeWindowState = [this] {
     meterMenu_->saveOn();
@@ -176,6 +196,7 @@ void mainwin::buildMenus() {
   addPictureMenu(fileMenu, *main_, fileDialogs_, settings_, *scope_, [this](const std::string& text) {
     sink_.show(BoxKind::Critical, main_->identity().InstanceTitle, text, "");
   });
+  buildAnimationMenu(fileMenu);
   if (QMenu* pictures = fileMenu->findChild<QMenu*>("SaveToBMPGIFJPG")) {
     QAction* open = pictures->addAction("show in new window", [this] {
       guarded([this] {
@@ -346,7 +367,10 @@ void mainwin::buildPanel() {
   WorkMode->setObjectName("WorkMode");
   WorkMode->setAttribute(Qt::WA_Hover);
   WorkMode->installEventFilter(this);
-  connect(WorkMode, &QCheckBox::clicked, this, [this](bool on) { guarded([&] { run_->WorkMode_Click(on); }); });
+  connect(WorkMode, &QCheckBox::clicked, this, [this](bool on) {
+    guarded([&] { run_->WorkMode_Click(on); });
+    if (!on) recorder_->stop();  // stopping the acquisitions ends a recording; it is saved
+  });
   AutoWait = new QCheckBox("AutoRun mode");
   AutoWait->setObjectName("AutoWait");
   connect(AutoWait, &QCheckBox::clicked, this, [this](bool on) { guarded([&] { run_->AutoWait_Click(on); }); });
@@ -513,6 +537,55 @@ void mainwin::copySelection(int magnification) {
   QImage copy = shown.copy(r);
   if (magnification > 1) copy = copy.scaled(r.size() * magnification, Qt::IgnoreAspectRatio, Qt::FastTransformation);
   showMemo(copy);
+}
+
+void mainwin::buildAnimationMenu(QMenu* file) {
+  QMenu* menu = file->addMenu("Record animation");
+  menu->setObjectName("StartAnimatedRec");
+  const char* entries[] = {"Frames:", "5", "10", "20", "50", "100", "200"};
+  for (int i = 0; i < 7; ++i) {
+    QAction* a = menu->addAction(entries[i], [this, i, entries] {
+      int frames = i == 0 ? 0 : std::atoi(entries[i]);
+      if (i == 0) {
+        bool ok = false;
+        frames = QInputDialog::getInt(this, q(main_->identity().InstanceTitle), "Input frames number for record", 10, 0,
+                                      10000, 1, &ok);
+        if (!ok) return;
+      }
+      recorder_->start(frames);
+    });
+    a->setObjectName(QString("StartAnimatedRec_%1").arg(i));
+  }
+  menu->addSeparator();
+  QAction* ring = menu->addAction("Ring mode");
+  ring->setObjectName("RingAnimatedGIF");
+  ring->setCheckable(true);
+  ring->setChecked(settings_.getBool("Save", "AnimatedGIFring", false));
+  recorder_->ring = ring->isChecked();
+  connect(ring, &QAction::toggled, this, [this](bool on) {
+    recorder_->ring = on;
+    guarded([&] { settings_.saveBool("Save", "AnimatedGIFring", on); });
+  });
+}
+
+void mainwin::saveAnimation(std::vector<AniGIF::Frame> frames) {
+  if (frames.empty()) return;
+  AcquisitionHold hold(main_->link());
+  static constexpr std::string_view kGif = filterList("Graphics Interchange Format (*.gif)\0*.gif\0\0");
+  const std::string path = SaveFileDialog(fileDialogs_, settings_, kGif, "gif", "Animations");
+  if (path.empty()) {
+    hold.keepStopped();
+    return;
+  }
+  const QAction* transparent = findChild<QAction*>("transparentGIF");
+  const uint32_t colour = transparent && transparent->isChecked()
+                              ? static_cast<uint32_t>(scope_->settings().backColor) & 0xFFFFFF
+                              : AniGIF::kNoTransparent;
+  AniGIF().SaveAnimGIF(frames, path, colour);
+  hold.release();
+  const std::string& title = main_->identity().InstanceTitle;
+  if (sink_.show(BoxKind::Question, title, "Animated GIF saved.\r\nDo you want view it?", "ViewAnimGIF") == kAnswerYes)
+    QDesktopServices::openUrl(QUrl::fromLocalFile(QString::fromStdString(path)));
 }
 
 void mainwin::showMemo(const QImage& picture) {

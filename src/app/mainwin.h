@@ -10,6 +10,7 @@
 #include <memory>
 
 #include "app/command_line.h"
+#include "export/gif_writer.h"
 #include "config/settings.h"
 #include "control/basic_control.h"
 #include "link/main_controller.h"
@@ -43,6 +44,7 @@ class SpectrumStage;
 class Spectrum;
 class StatStage;
 class Stat;
+class AnimationRecorder;
 class PacketFiles;
 class ZoomBar;
 
@@ -109,6 +111,9 @@ class mainwin : public QMainWindow, private MainView {
   // A still copy in a memo window: the selection (magnified n times) or the whole display.
   void copySelection(int magnification);
   void showMemo(const QImage& picture);
+  // The animation recorder's menu and the save of a finished recording.
+  void buildAnimationMenu(QMenu* file);
+  void saveAnimation(std::vector<AniGIF::Frame> frames);
   bool eventFilter(QObject* watched, QEvent* event) override;
 
   SettingsStore& settings_;
@@ -143,6 +148,7 @@ class mainwin : public QMainWindow, private MainView {
   std::unique_ptr<StatStage> statStage_;  // behind the spectrum
   Stat* stat_ = nullptr;
   QAction* MeterStat = nullptr;
+  std::unique_ptr<AnimationRecorder> recorder_;  // the last stage
   std::unique_ptr<ControllerDisplayHost> displayHost_;
   std::unique_ptr<ScopeDisplay> scope_;
   std::unique_ptr<DisplayRollCanvas> rollCanvas_;
