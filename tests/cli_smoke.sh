@@ -35,6 +35,15 @@ check "spectrum bad window exit 2" "[ $rc -eq 2 ]"
 "$cli" measure "$tmp/p.bin" --volts-per-div none 2>"$tmp/err"; rc=$?
 check "measure bad number exit 2" "[ $rc -eq 2 ]"
 
+printf 'Target: ZV-1 Version: 1.20 Date: 20261123 FW:' > "$tmp/f.zfw"
+head -c 1024 /dev/zero >> "$tmp/f.zfw"
+out=$("$cli" zfw "$tmp/f.zfw"); rc=$?
+check "zfw exit" "[ $rc -eq 0 ]"
+check "zfw sectors" "echo '$out' | grep -q '\"sector_count\":2'"
+head -c 100 /dev/zero > "$tmp/bad.zfw"
+"$cli" zfw "$tmp/bad.zfw" 2>/dev/null; rc=$?
+check "zfw bad image exit 2" "[ $rc -eq 2 ]"
+
 printf 'zorvik\x01\x20\x00\x00\x04\x00abcdefghij' > "$tmp/p.zrv"
 out=$("$cli" decode "$tmp/p.zrv")
 check "decode zrv" "echo '$out' | grep -q '\"samples_per_div\":32'"

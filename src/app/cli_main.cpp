@@ -9,6 +9,7 @@
 #include "app/cli_bench.h"
 #include "app/cli_decode.h"
 #include "app/cli_files.h"
+#include "app/cli_firmware.h"
 #include "app/cli_measure.h"
 #include "app/cli_render.h"
 #include "app/cli_session.h"
@@ -37,6 +38,7 @@ int usage(std::ostream& out) {
          "          [--depth infinite|128|32|8] [--samples-per-div N]\n"
          "  csv FILE --out OUT.csv             the packet CSV of a packet or zrv file\n"
          "  sim --packets N --out DIR [--sim K=V,...] [--set SECTION/NAME=VALUE]\n"
+         "  zfw FILE                          a firmware image's head and sectors\n"
          "  settings [--instance 1|2] set SECTION/NAME=VALUE... | get SECTION/NAME | export FILE | import FILE | reset\n";
   return 2;
 }
@@ -74,6 +76,7 @@ int main(int argc, char** argv) {
     if (command == "bench") return zorvik::runBenchCommand(args, std::cout, std::cerr);
     if (command == "csv") return zorvik::runCsvCommand(args, std::cout, std::cerr);
     if (command == "sim") return zorvik::runSimCommand(args, std::cout, std::cerr);
+    if (command == "zfw") return zorvik::runZfwCommand(args, std::cout, std::cerr);
     if (command == "settings") return zorvik::runSettingsCommand(args, std::cout, std::cerr);
     std::cerr << "zorvik-cli: unknown command: " << command << "\n";
     return 2;

@@ -18,6 +18,7 @@
 
 #include "app/calibration_page.h"
 #include "app/delay_page.h"
+#include "app/fw_update_window.h"
 #include "app/device_page.h"
 #include "app/device_pages.h"
 #include "app/device_setting_page.h"
@@ -48,6 +49,7 @@
 #include "export/display_pictures.h"
 #include "export/file_dialogs.h"
 #include "export/packet_files.h"
+#include "firmware/firmware_update.h"
 #include "link/class_obex.h"
 #include "measure/measurement_pass.h"
 #include "spectrum/spectrum_stage.h"
@@ -76,6 +78,10 @@ mainwin::mainwin(SettingsStore& settings, const InstanceIdentity& identity, std:
   control_->wire(*run_, *trigger_);
   hooks_ = std::make_unique<RoutedHooks>(*control_, *run_, *trigger_);
   main_->setHooks(hooks_.get());
+  fwWindow_ = new FWupdate(this);
+  firmware_ = std::make_unique<FirmwareUpdate>(*main_, fileDialogs_, *fwWindow_);
+  fwWindow_->attach(firmware_.get());
+  hooks_->firmware = firmware_.get();
   main_->attachLink(link_.get());
   main_->devMode = commandLine.dev;
 
@@ -250,6 +256,8 @@ void mainwin::buildMenus() {
     devicePage_->show();
     devicePage_->raise();
   });
+  QAction* fw = device->addAction("Firmware update", [this] { guarded([this] { firmware_->FirmWareUpdate(); }); });
+  fw->setObjectName("FWupdateKey");
   device->addAction("Memory setting", [this] {
     showDevicePage(memoryPage_, [this] { return makeMemoryPage(settings_, control_->timebase(), this); });
   });

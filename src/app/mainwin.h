@@ -45,6 +45,8 @@ class Spectrum;
 class StatStage;
 class Stat;
 class AnimationRecorder;
+class FirmwareUpdate;
+class FWupdate;
 class PacketFiles;
 class ZoomBar;
 
@@ -149,6 +151,8 @@ class mainwin : public QMainWindow, private MainView {
   Stat* stat_ = nullptr;
   QAction* MeterStat = nullptr;
   std::unique_ptr<AnimationRecorder> recorder_;  // the last stage
+  FWupdate* fwWindow_ = nullptr;
+  std::unique_ptr<FirmwareUpdate> firmware_;
   std::unique_ptr<ControllerDisplayHost> displayHost_;
   std::unique_ptr<ScopeDisplay> scope_;
   std::unique_ptr<DisplayRollCanvas> rollCanvas_;

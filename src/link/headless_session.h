@@ -63,6 +63,7 @@ class HeadlessSession : private MainView {
   RunControl& run() { return *run_; }
   TriggerControl& trigger() { return *trigger_; }
   BasicControl& control() { return *control_; }
+  RoutedHooks& hooks() { return *hooks_; }
   // Every "D" header so far (see SessionResult::packetLog).
   const std::vector<PacketRecord>& packetLog() const { return log_; }
   // Runs the event loop until the predicate holds or the time is up.

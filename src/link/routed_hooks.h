@@ -1,4 +1,5 @@
 #pragma once
+#include "firmware/firmware_update.h"
 #include "link/control_hooks.h"
 #include "control/trigger_control.h"
 #include "link/run_control.h"
@@ -50,9 +51,21 @@ class RoutedHooks : public ControlHooks {
     if (run_.model().WorkMode) run_.applyWorkMode();
   }
 
-  bool firmwareLoadRunning() const override { return c_.firmwareLoadRunning(); }
-  void startFirmwareLoad() override { c_.startFirmwareLoad(); }
-  void firmwareHeader(const std::string& name, const std::string& value) override { c_.firmwareHeader(name, value); }
+  // The firmware update, where the program has one.
+  FirmwareUpdate* firmware = nullptr;
+  bool firmwareLoadRunning() const override { return firmware ? firmware->Updating : c_.firmwareLoadRunning(); }
+  void startFirmwareLoad() override {
+    if (firmware)
+      firmware->FirmWareUpdate();
+    else
+      c_.startFirmwareLoad();
+  }
+  void firmwareHeader(const std::string& name, const std::string& value) override {
+    if (firmware)
+      firmware->header(name, value);
+    else
+      c_.firmwareHeader(name, value);
+  }
   void devDispHeader(const std::string& name) override { c_.devDispHeader(name); }
 
  private:

@@ -3,10 +3,12 @@
 #include <QLineEdit>
 #include <QMenuBar>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QWindow>
 #include <QtTest>
 
 #include "app/device_setting_page.h"
+#include "app/fw_update_window.h"
 #include "app/mainwin.h"
 #include "control/trigger_control.h"
 #include "sim/sim_config.h"
@@ -83,6 +85,30 @@ class DevicePagesTest : public QObject {
     QCOMPARE(w->findChild<DeviceSettingPage*>("DeviceSamplingPage"), sampling);
     QVERIFY(!settings_.GetSettingValue("Startup Position", "DevSmpWin Left", "").empty());
     w->core().link()->CloseSession();
+  }
+
+  void firmwareWindowShowsTheImageTheInstrumentAndTheSectors() {
+    auto w = make();
+    QVERIFY(w->findChild<QAction*>("FWupdateKey"));
+    FWupdate window;
+    ZfwImage image;
+    image.target = "ZV-1";
+    image.version = "1.20";
+    image.date = "20261123";
+    window.showImage(image);
+    window.showDevice(parseDeviceIdentity("ZV-11.2 00421.00"));
+    window.showSectors(20);
+    window.setSector(0, true);
+    window.setSector(3, false);
+    window.setSector(99, true);  // no such indicator: nothing happens
+    window.enableStart(true);
+    window.showWindow();
+    QCOMPARE(window.findChildren<QLabel*>(QRegularExpression("^SectorShape")).size(), 20);
+    QCOMPARE(window.findChild<QLabel*>("HWrev")->text(), QString("1.2 "));
+    QVERIFY(window.findChild<QPushButton*>("KeyStartFU")->isEnabled());
+    if (!qEnvironmentVariableIsEmpty("ZORVIK_SCREENSHOT")) window.grab().save(qEnvironmentVariable("ZORVIK_SCREENSHOT") + ".fw.png");
+    window.closeWindow();
+    QVERIFY(!window.isVisible());
   }
 };
 
