@@ -24,6 +24,7 @@
 #include "app/device_setting_page.h"
 #include "app/display_menus.h"
 #include "app/horizontal_panel.h"
+#include "app/hot_key_dialog.h"
 #include "app/meter_menu.h"
 #include "app/memo_window.h"
 #include "app/packet_file_menu.h"
@@ -166,6 +167,7 @@ mainwin::mainwin(SettingsStore& settings, const InstanceIdentity& identity, std:
   devicePage_ = new DevicePage(this);
   restoreZoom();
   scaleChanged();
+  guarded([this] { HotKey::SetKey(this, "Oscilloscope", settings_); });
   guarded([this] { meterMenu_->restore(); });
   guarded([this] {
     if (settings_.getBool("Spectrum", "Visible", false)) MeterFFT_Click();
@@ -196,6 +198,10 @@ void mainwin::buildMenus() {
   LinkControl->setObjectName("LinkControl");
   QAction* setup = linkMenu->addAction("Port setup", [this] { main_->LinkSetup_Click(); });
   setup->setObjectName("LinkSetup");
+  QAction* hotKey = linkMenu->addAction("Hot key", [this] {
+    guarded([this] { (new HotKey(settings_, this))->SetupDisplay(this, "Oscilloscope"); });
+  });
+  hotKey->setObjectName("SetupHotKey");
   linkMenu->addSeparator();
   QMenu* fileMenu = menuBar()->addMenu("&File");
   addPacketFileMenu(fileMenu, *main_, fileDialogs_);

@@ -8,6 +8,7 @@
 #include <QMenu>
 #include <QScreen>
 
+#include "app/hot_key_dialog.h"
 #include "config/settings.h"
 
 namespace zorvik {
@@ -86,7 +87,9 @@ void unimeter::buildMenus() {
     m.setObjectName("BigMeter");
     m.addAction("Back color", [this] { pickColour(" Back"); });
     m.addAction("Fore color", [this] { pickColour(" Fore"); });
-    m.addAction(" HotKey setup")->setEnabled(false);  // hot keys are not part of this program yet
+    m.addAction(" HotKey setup", [this] {
+      guarded([this] { (new HotKey(settings_, this))->SetupDisplay(this, mnemonic_ + " meter"); });
+    });
   });
   popup(AvgVal, [this](QMenu& m) {
     m.setObjectName("AverageMeter");
@@ -150,6 +153,7 @@ void unimeter::Stp(const std::string& mnemonic) {
   top = std::clamp(top, 0, std::max(0, screen.height() - kScreenMargin));
   move(left, top);
   ResetMeter();
+  guarded([this] { HotKey::SetKey(this, mnemonic_ + " meter", settings_); });
   show();
 }
 

@@ -8,6 +8,7 @@
 #include <QSignalBlocker>
 #include <QVBoxLayout>
 
+#include "app/hot_key_dialog.h"
 #include "app/main_meter_window.h"
 #include "app/thd_window.h"
 #include "app/value_plot.h"
@@ -63,6 +64,9 @@ Spectrum::Spectrum(SettingsStore& settings, SpectrumStage& stage, PacketFiles& f
   mainMeter_->onFault = thdMeter_->onFault = [this](const std::string& t) { onFault(t); };
   menu->addAction("Max.freq", this, [this] { toggleMeter(mainMeter_); })->setObjectName("MeterMaxFrq");
   menu->addAction("THD", this, [this] { toggleMeter(thdMeter_); })->setObjectName("MeterTHD");
+  menu->addAction("Setup Hot Key", this, [this] { (new HotKey(settings_, this))->SetupDisplay(this, "Spectrumscope"); })
+      ->setObjectName("SetupHotKey");
+  HotKey::SetKey(this, "Spectrumscope", settings_);
   menuKey->setMenu(menu);
   for (QWidget* w : std::initializer_list<QWidget*>{volts_, decibels_, DBdiap, Normir, DCfreq, WindowFunction, Doubled,
                                                     Interpolation, menuKey})

@@ -7,6 +7,7 @@
 #include <QVBoxLayout>
 #include <cstdio>
 
+#include "app/hot_key_dialog.h"
 #include "app/value_plot.h"
 #include "config/settings.h"
 #include "export/packet_files.h"
@@ -40,6 +41,9 @@ Stat::Stat(SettingsStore& settings, StatStage& stage, PacketFiles& files, QWidge
   auto* menuKey = new QPushButton("File", this);
   auto* menu = new QMenu(menuKey);
   menu->addAction("Save to CSV-file", this, [this] { SaveToCSV(); })->setObjectName("SaveToCSV");
+  menu->addAction("Setup Hot Key", this, [this] { (new HotKey(settings_, this))->SetupDisplay(this, "Statscope"); })
+      ->setObjectName("SetupHotKey");
+  HotKey::SetKey(this, "Statscope", settings_);
   menuKey->setMenu(menu);
   for (QWidget* w : std::initializer_list<QWidget*>{samples_, percentKey_, Normir, Interpolation, menuKey})
     controls->addWidget(w);

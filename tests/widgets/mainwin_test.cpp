@@ -1,8 +1,12 @@
 #include <QCheckBox>
 #include <QLabel>
 #include <QPushButton>
+#include <QLineEdit>
+#include <QRadioButton>
+#include <QShortcut>
 #include <QtTest>
 
+#include "app/hot_key_dialog.h"
 #include "app/mainwin.h"
 #include "control/trigger_control.h"
 #include "display/scope_display.h"
@@ -161,6 +165,22 @@ class MainwinTest : public QObject {
     QCOMPARE(labelled.size(), plain.size());
     QVERIFY(plain != labelled);
     QCOMPARE(plain, w->display().canvas().image());
+  }
+
+  void theHotKeyIsStoredAndGivenToTheWindow() {
+    auto w = make("rate=max");
+    w->findChild<QAction*>("SetupHotKey")->trigger();
+    auto* dialog = w->findChild<HotKey*>("HotKey");
+    QVERIFY(dialog && dialog->isVisible());
+    QCOMPARE(dialog->findChild<QLabel*>("HotKeyName")->text(), QString("Oscilloscope window hot key"));
+    dialog->findChild<QRadioButton*>("FirstKeyOption2")->setChecked(true);
+    QTest::keyClicks(dialog->findChild<QLineEdit*>("SymbolHotKey"), "o");
+    QCOMPARE(dialog->findChild<QLineEdit*>("SymbolHotKey")->text(), QString("O"));
+    dialog->KeySET_Click();
+    QCOMPARE(settings_.GetSettingValue("Windows Hot Keys", "Oscilloscope", ""), std::string("591"));
+    auto* key = w->findChild<QShortcut*>("HotKey Oscilloscope");
+    QVERIFY(key);
+    QCOMPARE(key->key(), QKeySequence("Ctrl+O"));
   }
 
   void slowTimeBaseGrowsTheTraceWhileTheDataArrive() {
