@@ -20,6 +20,14 @@ std::string readFileBytes(const std::string& path) {
   return bytes;
 }
 
+PacketInfo readPacketFile(const std::string& path, std::string& packet) {
+  packet = readFileBytes(path);
+  if (auto zrv = parseZrv(packet)) packet = zrv->packet;
+  PacketInfo info = decodePacket(packet);
+  if (info.ignored) throw Fault("not a packet: " + path + " holds " + std::to_string(packet.size()) + " bytes");
+  return info;
+}
+
 int runDecodeCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream&) {
   if (args.size() != 1) throw Fault("usage: zorvik-cli decode FILE");
   std::string bytes = readFileBytes(args[0]);

@@ -7,7 +7,6 @@
 #include "app/cli_decode.h"
 #include "app/command_line.h"
 #include "core/fault.h"
-#include "export/zrv_file.h"
 #include "measure/measurement_pass.h"
 #include "measure/meter_readings.h"
 #include "signal/packet.h"
@@ -55,10 +54,8 @@ int runMeasureCommand(const std::vector<std::string>& args, std::ostream& out, s
     }
   }
   if (file.empty()) throw Fault(kUsage);
-  std::string packet = readFileBytes(file);
-  if (auto zrv = parseZrv(packet)) packet = zrv->packet;
-  const PacketInfo info = decodePacket(packet);
-  if (info.ignored) throw Fault("not a packet: " + file + " holds " + std::to_string(packet.size()) + " bytes");
+  std::string packet;
+  const PacketInfo info = readPacketFile(file, packet);
 
   in.FullScaleVolts = static_cast<float>(8 * voltsPerDiv);
   in.ZeroVolts = static_cast<float>(zero);

@@ -10,7 +10,6 @@
 #include "app/cli_decode.h"
 #include "app/command_line.h"
 #include "core/fault.h"
-#include "export/zrv_file.h"
 #include "measure/main_meter.h"
 #include "measure/thd.h"
 #include "signal/packet.h"
@@ -72,10 +71,8 @@ int runSpectrumCommand(const std::vector<std::string>& args, std::ostream& out, 
     }
   }
   if (file.empty()) throw Fault(kUsage);
-  std::string packet = readFileBytes(file);
-  if (auto zrv = parseZrv(packet)) packet = zrv->packet;
-  const PacketInfo info = decodePacket(packet);
-  if (info.ignored) throw Fault("not a packet: " + file + " holds " + std::to_string(packet.size()) + " bytes");
+  std::string packet;
+  const PacketInfo info = readPacketFile(file, packet);
 
   SpectrumInput in{info.segment1, info.isHiRes, info.isPeak, info.oneCharSample, static_cast<float>(samplePeriod),
                    static_cast<float>(8 * voltsPerDiv), static_cast<float>(zero)};

@@ -12,6 +12,7 @@
 #include "app/main_meter_window.h"
 #include "app/thd_window.h"
 #include "app/value_plot.h"
+#include "app/window_place.h"
 #include "config/settings.h"
 #include "export/csv_text.h"
 #include "export/packet_files.h"
@@ -231,10 +232,7 @@ void Spectrum::SaveToCSV() {
 }
 
 void Spectrum::closeEvent(QCloseEvent* event) {
-  store("Left", x());
-  store("Top", y());
-  store("Width", width());
-  store("Height", height());
+  storeWindowPlace(settings_, kSection, *this, onFault);
   event->accept();
   onClosed();
 }

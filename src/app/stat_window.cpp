@@ -9,6 +9,7 @@
 
 #include "app/hot_key_dialog.h"
 #include "app/value_plot.h"
+#include "app/window_place.h"
 #include "config/settings.h"
 #include "export/packet_files.h"
 #include "measure/eng_text.h"
@@ -154,10 +155,7 @@ void Stat::store(const char* name, long long value) {
 }
 
 void Stat::closeEvent(QCloseEvent* event) {
-  store("Left", x());
-  store("Top", y());
-  store("Width", width());
-  store("Height", height());
+  storeWindowPlace(settings_, kSection, *this, onFault);
   event->accept();
   onClosed();
 }
