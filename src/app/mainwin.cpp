@@ -17,6 +17,7 @@
 #include <QVBoxLayout>
 
 #include "app/calibration_page.h"
+#include "app/clock_trigger_pages.h"
 #include "app/delay_page.h"
 #include "app/fw_update_window.h"
 #include "app/device_page.h"
@@ -264,6 +265,12 @@ void mainwin::buildMenus() {
   });
   QAction* fw = device->addAction("Firmware update", [this] { guarded([this] { firmware_->FirmWareUpdate(); }); });
   fw->setObjectName("FWupdateKey");
+  device->addAction("Clock setting", [this] {
+    showDevicePage(clockPage_, [this] { return makeClockPage(settings_, *main_, control_->timebase(), this); });
+  });
+  device->addAction("Trigger setting", [this] {
+    showDevicePage(trigPage_, [this] { return makeTriggerPage(settings_, *trigger_, this); });
+  });
   device->addAction("Memory setting", [this] {
     showDevicePage(memoryPage_, [this] { return makeMemoryPage(settings_, control_->timebase(), this); });
   });
@@ -465,7 +472,7 @@ void mainwin::stateChanged() {
   display_->showState(s);
   FPSlabel->setText(s.fps > 0 ? QString("%1 fps").arg(s.fps) : QString());
   sessionLabel_->setText(QString("Session: %1").arg(sessionStateName(main_->sessionState())));
-  for (DeviceSettingPage* page : {ch1Page_, samplingPage_, memoryPage_})
+  for (DeviceSettingPage* page : {ch1Page_, samplingPage_, memoryPage_, clockPage_, trigPage_})
     if (page && page->isVisible()) page->refresh(s);
   if (devicePage_) {
     devicePage_->refresh(s);

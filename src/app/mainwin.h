@@ -137,6 +137,8 @@ class mainwin : public QMainWindow, private MainView {
   DeviceSettingPage* ch1Page_ = nullptr;
   DeviceSettingPage* samplingPage_ = nullptr;
   DeviceSettingPage* memoryPage_ = nullptr;
+  DeviceSettingPage* clockPage_ = nullptr;
+  DeviceSettingPage* trigPage_ = nullptr;
   std::unique_ptr<RoutedHooks> hooks_;
   std::unique_ptr<KeyActions> keyActions_;
   std::unique_ptr<KeyMap> keys_;

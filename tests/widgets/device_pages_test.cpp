@@ -110,6 +110,33 @@ class DevicePagesTest : public QObject {
     window.closeWindow();
     QVERIFY(!window.isVisible());
   }
+
+  void clockLimitsAndTimeOuts() {
+    auto w = make();
+    QTest::mouseClick(w->findChild<QPushButton*>("KeyConnect"), Qt::LeftButton);
+    QTRY_COMPARE_WITH_TIMEOUT(w->core().sessionState(), SessionState::Ready, 5000);
+    DeviceSettingPage* clock = open(*w, "Clock setting", "DeviceClockPage");
+    QVERIFY(clock);
+    QVERIFY(clock->findChild<QLabel*>("ClockMCUcur")->text() != "-");
+    auto* high = clock->findChild<QComboBox*>("MaxMCUclock");
+    high->setCurrentIndex(1);
+    emit high->activated(1);
+    auto* value = clock->findChild<QLineEdit*>("MaxMCUclockValue");
+    QVERIFY(value->isEnabled());
+    value->setText("100000");  // far above the fastest clock: pulled back to it
+    emit value->editingFinished();
+    const int stored = std::stoi(settings_.GetSettingValue("MCUclock", "Maximum", "0"));
+    QVERIFY(stored > 0 && stored < 100000);
+    QCOMPARE(value->text(), QString::number(stored));
+
+    DeviceSettingPage* trig = open(*w, "Trigger setting", "DeviceTrigPage");
+    QVERIFY(trig);
+    trig->findChild<QComboBox*>("TWTauto")->setCurrentIndex(2);  // ms
+    set(trig, "TrigWaitTimeAuto", "20", "TrigWaitTimeAutoKey");
+    // The echo in clock counts comes back within a count of 20 ms.
+    QTRY_VERIFY_WITH_TIMEOUT(std::abs(w->trigger().model().timeoutAutoMicros - 20000) < 20, 3000);
+    w->core().link()->CloseSession();
+  }
 };
 
 QTEST_MAIN(DevicePagesTest)
