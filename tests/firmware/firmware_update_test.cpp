@@ -6,6 +6,7 @@
 #include "firmware/firmware_update.h"
 #include "firmware/zfw_image.h"
 #include "link/headless_session.h"
+#include "ui/messages.h"
 
 using namespace zorvik;
 using zorvik::test::TempDir;
@@ -129,4 +130,23 @@ TEST(FirmwareUpdate, ForeignImagesUnknownSectorsAndSilence) {
   update.sectorTimeout();
   EXPECT_EQ(session.messages().messages.back().text, "Firmware update failed.\r\nReconnect zorvik and repite");
   EXPECT_FALSE(update.Updating);
+}
+
+TEST(FirmwareUpdate, AnInstrumentInItsBootStateIsOfferedTheUpdate) {
+  TempDir dir;
+  writeFile(dir.file("fw.zfw"), image("ZV-1", "1.20", 2 * 512));
+  MemorySettings settings;
+  HeadlessSession session(settings, {"rate=max,fault=boot"});
+  ScriptedFileDialogs dialogs({dir.file("fw.zfw")});
+  View view;
+  FirmwareUpdate update(session.main(), dialogs, view);
+  session.hooks().firmware = &update;
+  session.messages().answers.push_back(kAnswerOk);  // "You must upload firmware. Process?"
+  session.main().KeyConnect_Click();
+  ASSERT_TRUE(HeadlessSession::spinUntil([&] { return view.startEnabled; }, 5000));
+  EXPECT_EQ(session.main().sessionState(), SessionState::Boot);
+  update.KeyStartFU_Click();
+  ASSERT_TRUE(HeadlessSession::spinUntil([&] { return !update.Updating; }, 8000));
+  EXPECT_EQ(view.good, (std::vector<int>{0, 1}));
+  EXPECT_EQ(session.messages().messages.back().text, "Firmware update\r\ncompleted successfully!");
 }
