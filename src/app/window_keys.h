@@ -1,4 +1,6 @@
 #pragma once
+#include <QString>
+
 #include "link/run_key_actions.h"
 
 namespace zorvik {
@@ -31,8 +33,16 @@ class WindowKeys : public RunKeyActions {
   void toggleGround() override;
   void toggleFilterL() override;
   void toggleFilterH() override;
+  void openMeter(char key) override;
+  void openMeterFFT() override;
+  void openMeterStat() override;
+  void savePicture(char kind) override;
+  void openPictureWindow() override;
+  void startRecorder(char key) override;
 
  private:
+  // Runs a menu item of the window by its name; `open` leaves an item that is already checked alone.
+  void trigger(const QString& item, bool open = false);
   mainwin& w_;
   int lastInterpolation_ = 2;  // what "I" brings back after it switched interpolation off
 };

@@ -71,6 +71,23 @@ class MetersTest : public QObject {
     QVERIFY(w->close());
     QCOMPARE(settings_.GetSettingValue("Meters", "On", ""), std::string("0@"));
   }
+
+  void prefixKeysOpenMetersTheSpectrumAndAMemoWindow() {
+    auto w = make();
+    QTest::keyClick(w.get(), Qt::Key_M);
+    QTest::keyClick(w.get(), Qt::Key_F);  // the frequency meter
+    QVERIFY(item(*w, 16)->isChecked());
+    QVERIFY(meterWindow("Frequency"));
+    QTest::keyClick(w.get(), Qt::Key_M);
+    QTest::keyClick(w.get(), Qt::Key_F);  // again: it stays open
+    QVERIFY(item(*w, 16)->isChecked());
+    QTest::keyClick(w.get(), Qt::Key_M);
+    QTest::keyClick(w.get(), Qt::Key_S);
+    QVERIFY(w->findChild<QAction*>("MeterFFT")->isChecked());
+    QTest::keyClick(w.get(), Qt::Key_B);
+    QTest::keyClick(w.get(), Qt::Key_W);
+    QCOMPARE(w->findChildren<QWidget*>("memowin").size(), 1);
+  }
 };
 
 QTEST_MAIN(MetersTest)
