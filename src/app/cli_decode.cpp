@@ -6,6 +6,7 @@
 #include <fstream>
 #include <iterator>
 
+#include "app/command_line.h"
 #include "core/fault.h"
 #include "export/zrv_file.h"
 #include "signal/packet.h"
@@ -26,6 +27,28 @@ PacketInfo readPacketFile(const std::string& path, std::string& packet) {
   PacketInfo info = decodePacket(packet);
   if (info.ignored) throw Fault("not a packet: " + path + " holds " + std::to_string(packet.size()) + " bytes");
   return info;
+}
+
+bool takeScaleOption(const std::vector<std::string>& args, size_t& i, RecordScale& scale) {
+  std::string v;
+  if (takeValue(args, i, "--volts-per-div", v)) {
+    scale.voltsPerDiv = numberOption("--volts-per-div", v);
+    if (!(scale.voltsPerDiv > 0)) throw Fault("--volts-per-div must be above 0");
+  } else if (takeValue(args, i, "--sample-period", v)) {
+    scale.samplePeriod = numberOption("--sample-period", v);
+    if (!(scale.samplePeriod > 0)) throw Fault("--sample-period must be above 0");
+  } else if (takeValue(args, i, "--zero", v)) {
+    scale.zero = numberOption("--zero", v);
+  } else {
+    return false;
+  }
+  return true;
+}
+
+void takeFileArgument(const std::string& word, std::string& file, const char* usage) {
+  if (!word.empty() && word[0] == '-') throw Fault("unknown option: " + word);
+  if (!file.empty()) throw Fault(usage);
+  file = word;
 }
 
 int runDecodeCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream&) {

@@ -17,4 +17,13 @@ std::string readFileBytes(const std::string& path);
 // no packet.
 PacketInfo readPacketFile(const std::string& path, std::string& packet);
 
+// The scale a packet file doesn't hold, from --volts-per-div V, --zero V and --sample-period S (0.2 V a
+// division at 0 V and 1 us a sample unless given). True when args[i] was one of them.
+struct RecordScale {
+  double voltsPerDiv = 0.2, zero = 0, samplePeriod = 1e-6;
+};
+bool takeScaleOption(const std::vector<std::string>& args, size_t& i, RecordScale& scale);
+// A word that is no known option: the one file; an unknown option or a second file is a fault.
+void takeFileArgument(const std::string& word, std::string& file, const char* usage);
+
 }  // namespace zorvik

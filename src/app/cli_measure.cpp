@@ -26,12 +26,11 @@ QJsonValue number(double v) { return std::isfinite(v) ? QJsonValue(v) : QJsonVal
 
 int runMeasureCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream&) {
   std::string file, v;
-  double voltsPerDiv = 0.2, zero = 0, samplePeriod = 1e-6;
+  RecordScale scale;
   MeasureInputs in;
   for (size_t i = 0; i < args.size(); ++i) {
-    if (takeValue(args, i, "--sample-period", v)) {
-      samplePeriod = numberOption("--sample-period", v);
-      if (!(samplePeriod > 0)) throw Fault("--sample-period must be above 0");
+    if (takeScaleOption(args, i, scale)) {
+      continue;
     } else if (takeValue(args, i, "--level", v)) {
       in.byLevel = wholeNumberOption("--level", v, 0, 3);
     } else if (takeValue(args, i, "--trigger", v)) {
@@ -40,26 +39,17 @@ int runMeasureCommand(const std::vector<std::string>& args, std::ostream& out, s
       in.negativePolarity = true;
     } else if (args[i] == "--20-80") {
       in.level2080 = true;
-    } else if (takeValue(args, i, "--volts-per-div", v)) {
-      voltsPerDiv = numberOption("--volts-per-div", v);
-      if (!(voltsPerDiv > 0)) throw Fault("--volts-per-div must be above 0");
-    } else if (takeValue(args, i, "--zero", v)) {
-      zero = numberOption("--zero", v);
-    } else if (!args[i].empty() && args[i][0] == '-') {
-      throw Fault("unknown option: " + args[i]);
-    } else if (file.empty()) {
-      file = args[i];
     } else {
-      throw Fault(kUsage);
+      takeFileArgument(args[i], file, kUsage);
     }
   }
   if (file.empty()) throw Fault(kUsage);
   std::string packet;
   const PacketInfo info = readPacketFile(file, packet);
 
-  in.FullScaleVolts = static_cast<float>(8 * voltsPerDiv);
-  in.ZeroVolts = static_cast<float>(zero);
-  in.SamplePeriod = static_cast<float>(samplePeriod);
+  in.FullScaleVolts = static_cast<float>(8 * scale.voltsPerDiv);
+  in.ZeroVolts = static_cast<float>(scale.zero);
+  in.SamplePeriod = static_cast<float>(scale.samplePeriod);
   MeasurementPass pass([&] { return in; });
   for (const MeterInfo& m : meterTable()) pass.open.insert(m.meter);
   SegmentData seg{info.segment1, info.isHiRes, info.isPeak, info.oneCharSample, 0};

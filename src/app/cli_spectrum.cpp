@@ -26,25 +26,19 @@ const char* const kUsage =
 int runSpectrumCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream&) {
   std::string file, v;
   SpectrumSettings settings;
-  double samplePeriod = 1e-6, voltsPerDiv = 0.2, zero = 0;
+  RecordScale scale;
   int lines = 5, thd = 0;
   bool sinxx = false, power = false, band = false;
   std::string bandMin, bandMax;
   for (size_t i = 0; i < args.size(); ++i) {
-    if (takeValue(args, i, "--window", v)) {
+    if (takeScaleOption(args, i, scale)) {
+      continue;
+    } else if (takeValue(args, i, "--window", v)) {
       settings.WindowFunction = wholeNumberOption("--window", v, 0, 6);
     } else if (args[i] == "--doubled") {
       settings.Doubled = true;
     } else if (args[i] == "--dc") {
       settings.DCfreq = true;
-    } else if (takeValue(args, i, "--sample-period", v)) {
-      samplePeriod = numberOption("--sample-period", v);
-      if (!(samplePeriod > 0)) throw Fault("--sample-period must be above 0");
-    } else if (takeValue(args, i, "--volts-per-div", v)) {
-      voltsPerDiv = numberOption("--volts-per-div", v);
-      if (!(voltsPerDiv > 0)) throw Fault("--volts-per-div must be above 0");
-    } else if (takeValue(args, i, "--zero", v)) {
-      zero = numberOption("--zero", v);
     } else if (args[i] == "--refine") {
       settings.refinePeak = true;
     } else if (takeValue(args, i, "--band", v)) {
@@ -62,20 +56,16 @@ int runSpectrumCommand(const std::vector<std::string>& args, std::ostream& out, 
       power = true;
     } else if (takeValue(args, i, "--lines", v)) {
       lines = wholeNumberOption("--lines", v, 0, 1000);
-    } else if (!args[i].empty() && args[i][0] == '-') {
-      throw Fault("unknown option: " + args[i]);
-    } else if (file.empty()) {
-      file = args[i];
     } else {
-      throw Fault(kUsage);
+      takeFileArgument(args[i], file, kUsage);
     }
   }
   if (file.empty()) throw Fault(kUsage);
   std::string packet;
   const PacketInfo info = readPacketFile(file, packet);
 
-  SpectrumInput in{info.segment1, info.isHiRes, info.isPeak, info.oneCharSample, static_cast<float>(samplePeriod),
-                   static_cast<float>(8 * voltsPerDiv), static_cast<float>(zero)};
+  SpectrumInput in{info.segment1, info.isHiRes, info.isPeak, info.oneCharSample, static_cast<float>(scale.samplePeriod),
+                   static_cast<float>(8 * scale.voltsPerDiv), static_cast<float>(scale.zero)};
   SpectrumEngine e;
   e.ComputeSpectrum(in, settings);
   const double binHz = e.SpecBins > 0 ? e.MaxFreq / e.SpecBins : 0;

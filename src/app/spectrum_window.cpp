@@ -1,6 +1,5 @@
 #include "app/spectrum_window.h"
 
-#include <QCloseEvent>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QMenu>
@@ -12,7 +11,6 @@
 #include "app/main_meter_window.h"
 #include "app/thd_window.h"
 #include "app/value_plot.h"
-#include "app/window_place.h"
 #include "config/settings.h"
 #include "export/csv_text.h"
 #include "export/packet_files.h"
@@ -28,7 +26,7 @@ QString q(const std::string& s) { return QString::fromStdString(s); }
 }  // namespace
 
 Spectrum::Spectrum(SettingsStore& settings, SpectrumStage& stage, PacketFiles& files, QWidget* parent)
-    : QWidget(parent, Qt::Window), settings_(settings), stage_(stage), files_(files) {
+    : AnalysisWindow(settings, kSection, parent), stage_(stage), files_(files) {
   setObjectName("Spectrum");
   setWindowTitle("Spectrum");
   auto* column = new QVBoxLayout(this);
@@ -160,13 +158,6 @@ void Spectrum::loadSettings() {
   if (left >= 0 && top >= 0) move(left, top);
 }
 
-void Spectrum::store(const char* name, long long value) {
-  try {
-    settings_.saveInt(kSection, name, value);
-  } catch (const std::exception& e) {
-    onFault(e.what());
-  }
-}
 
 void Spectrum::computationChanged() {
   stage_.engine().resetHeldMax();
@@ -223,18 +214,10 @@ void Spectrum::PlotSpectrum() {
 }
 
 void Spectrum::SaveToCSV() {
-  try {
+  guarded([this] {
     const SpectrumEngine& e = stage_.engine();
     files_.saveCsv([&e] { return spectrumCsvText(e.SpecAmp, e.SpecBins); }, "Last spectrum data saved:");
-  } catch (const std::exception& ex) {
-    onFault(ex.what());
-  }
-}
-
-void Spectrum::closeEvent(QCloseEvent* event) {
-  storeWindowPlace(settings_, kSection, *this, onFault);
-  event->accept();
-  onClosed();
+  });
 }
 
 }  // namespace zorvik

@@ -6,6 +6,7 @@
 #include <QWidget>
 #include <vector>
 
+#include "app/analysis_window.h"
 #include "spectrum/spectrum_plot.h"
 
 namespace zorvik {
@@ -19,7 +20,7 @@ class THDmeter;
 
 // Spectrum: the amplitude spectrum of each acquisition while the window is open, with its window
 // function, the frame, the amplitude scale and the CSV export.
-class Spectrum : public QWidget {
+class Spectrum : public AnalysisWindow {
   Q_OBJECT
  public:
   Spectrum(SettingsStore& settings, SpectrumStage& stage, PacketFiles& files, QWidget* parent = nullptr);
@@ -30,12 +31,7 @@ class Spectrum : public QWidget {
   void SaveToCSV();
   const SpectrumPlotSettings& plotSettings() const { return plot_; }
   // Store failures and export faults go to the owner's box.
-  std::function<void(const std::string&)> onFault = [](const std::string&) {};
-  std::function<void()> onClosed = [] {};
-  std::function<bool()> memoOn = [] { return false; };  // the main display's MemoKey1
 
- protected:
-  void closeEvent(QCloseEvent* event) override;
 
  private:
   void loadSettings();
@@ -44,10 +40,8 @@ class Spectrum : public QWidget {
   void useHamming();
   void feedMeters();
   void toggleMeter(QWidget* meter);
-  void store(const char* name, long long value);
   void computationChanged();
 
-  SettingsStore& settings_;
   SpectrumStage& stage_;
   PacketFiles& files_;
   SpectrumPlotSettings plot_;

@@ -1,6 +1,5 @@
 #include "app/stat_window.h"
 
-#include <QCloseEvent>
 #include <QHBoxLayout>
 #include <QMenu>
 #include <QPushButton>
@@ -9,7 +8,6 @@
 
 #include "app/hot_key_dialog.h"
 #include "app/value_plot.h"
-#include "app/window_place.h"
 #include "config/settings.h"
 #include "export/packet_files.h"
 #include "measure/eng_text.h"
@@ -24,7 +22,7 @@ QString q(const std::string& s) { return QString::fromStdString(s); }
 }  // namespace
 
 Stat::Stat(SettingsStore& settings, StatStage& stage, PacketFiles& files, QWidget* parent)
-    : QWidget(parent, Qt::Window), settings_(settings), stage_(stage), files_(files) {
+    : AnalysisWindow(settings, kSection, parent), stage_(stage), files_(files) {
   setObjectName("Stat");
   setWindowTitle("Statistic");
   auto* column = new QVBoxLayout(this);
@@ -132,7 +130,7 @@ void Stat::PlotHistogram() {
 }
 
 void Stat::SaveToCSV() {
-  try {
+  guarded([this] {
     const HistogramEngine& h = stage_.engine();
     files_.saveCsv(
         [&h] {
@@ -141,23 +139,7 @@ void Stat::SaveToCSV() {
           return out;
         },
         "Last hystogramm data saved:");
-  } catch (const std::exception& e) {
-    onFault(e.what());
-  }
-}
-
-void Stat::store(const char* name, long long value) {
-  try {
-    settings_.saveInt(kSection, name, value);
-  } catch (const std::exception& e) {
-    onFault(e.what());
-  }
-}
-
-void Stat::closeEvent(QCloseEvent* event) {
-  storeWindowPlace(settings_, kSection, *this, onFault);
-  event->accept();
-  onClosed();
+  });
 }
 
 }  // namespace zorvik

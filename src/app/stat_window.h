@@ -7,6 +7,8 @@
 #include <functional>
 #include <string>
 
+#include "app/analysis_window.h"
+
 namespace zorvik {
 
 class SettingsStore;
@@ -15,7 +17,7 @@ class PacketFiles;
 class ValuePlot;
 
 // Stat: how often each voltage level occurs in the record, in samples or in percent of them.
-class Stat : public QWidget {
+class Stat : public AnalysisWindow {
   Q_OBJECT
  public:
   Stat(SettingsStore& settings, StatStage& stage, PacketFiles& files, QWidget* parent = nullptr);
@@ -24,18 +26,11 @@ class Stat : public QWidget {
   void PlotHistogram();
   void SaveToCSV();
   bool percent() const { return percent_; }
-  std::function<void(const std::string&)> onFault = [](const std::string&) {};
-  std::function<void()> onClosed = [] {};
-  std::function<bool()> memoOn = [] { return false; };
 
- protected:
-  void closeEvent(QCloseEvent* event) override;
 
  private:
-  void store(const char* name, long long value);
   QString quantityText(double count) const;
 
-  SettingsStore& settings_;
   StatStage& stage_;
   PacketFiles& files_;
   bool percent_ = false, normalize_ = false;
