@@ -8,8 +8,8 @@
 #include "config/settings.h"
 #include "display/display_host.h"
 #include "display/scope_display.h"
-#include "link/main_controller.h"
-#include "ui/recording_sink.h"
+#include "session/main_controller.h"
+#include "core/recording_sink.h"
 
 namespace {
 constexpr size_t kSettingBytes = 8;

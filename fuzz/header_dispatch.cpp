@@ -5,8 +5,8 @@
 #include <string>
 
 #include "config/settings.h"
-#include "link/main_controller.h"
-#include "ui/recording_sink.h"
+#include "session/main_controller.h"
+#include "core/recording_sink.h"
 
 namespace {
 const char* const kNames[] = {"D",  "VHW", "VSW", "VNM", "VSN", "MCd", "MCl", "MCh", "TOv", "TOl", "TMl", "TMh",

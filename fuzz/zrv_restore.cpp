@@ -12,8 +12,8 @@
 #include "config/settings.h"
 #include "core/fault.h"
 #include "export/packet_files.h"
-#include "link/main_controller.h"
-#include "ui/recording_sink.h"
+#include "session/main_controller.h"
+#include "core/recording_sink.h"
 
 namespace {
 // One scratch file for the whole run, removed at exit.

@@ -7,7 +7,7 @@
 #include <algorithm>
 
 #include "config/settings.h"
-#include "link/run_control.h"
+#include "session/run_control.h"
 
 namespace zorvik {
 

@@ -13,7 +13,7 @@
 #include "config/text_number.h"
 #include "control/timebase_control.h"
 #include "control/trigger_control.h"
-#include "link/main_controller.h"
+#include "session/main_controller.h"
 
 namespace zorvik {
 

@@ -5,7 +5,7 @@
 
 #include "control/delay_control.h"
 #include "control/trigger_control.h"
-#include "measure/eng_text.h"
+#include "core/eng_text.h"
 
 namespace zorvik {
 

@@ -14,8 +14,8 @@
 #include "control/timebase_control.h"
 #include "control/trigger_control.h"
 #include "link/class_obex.h"
-#include "link/main_controller.h"
-#include "measure/eng_text.h"
+#include "session/main_controller.h"
+#include "core/eng_text.h"
 
 namespace zorvik {
 

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "display/scope_display.h"
-#include "link/main_controller.h"
+#include "session/main_controller.h"
 
 namespace zorvik {
 

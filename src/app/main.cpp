@@ -4,7 +4,7 @@
 #include <iostream>
 #include <memory>
 
-#include "app/command_line.h"
+#include "session/command_line.h"
 #include "app/mainwin.h"
 #include "config/cpu_speed.h"
 #include "config/registry.h"
@@ -12,7 +12,7 @@
 #include "config/registry_store.h"
 #include "config/settings.h"
 #include "core/fault.h"
-#include "link/instance_lock.h"
+#include "session/instance_lock.h"
 #include "sim/sim_config.h"
 #include "sim/simulated_obex.h"
 

@@ -9,14 +9,14 @@
 #include <QPushButton>
 #include <memory>
 
-#include "app/command_line.h"
+#include "session/command_line.h"
 #include "export/gif_writer.h"
 #include "config/settings.h"
-#include "control/basic_control.h"
-#include "link/main_controller.h"
-#include "link/routed_hooks.h"
-#include "link/run_control.h"
-#include "link/run_key_actions.h"
+#include "session/basic_control.h"
+#include "session/main_controller.h"
+#include "session/routed_hooks.h"
+#include "session/run_control.h"
+#include "session/run_key_actions.h"
 #include "ui/file_dialog_qt.h"
 #include "ui/qt_message_sink.h"
 

@@ -3,7 +3,7 @@
 #include <QActionGroup>
 #include <algorithm>
 
-#include "app/meter_window.h"
+#include "measure/meter_window.h"
 #include "config/settings.h"
 #include "measure/meter_readings.h"
 

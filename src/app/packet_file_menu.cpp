@@ -3,7 +3,7 @@
 #include <exception>
 
 #include "export/packet_files.h"
-#include "link/main_controller.h"
+#include "session/main_controller.h"
 
 namespace zorvik {
 

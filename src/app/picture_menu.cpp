@@ -8,7 +8,7 @@
 #include "config/settings.h"
 #include "display/scope_display.h"
 #include "export/display_pictures.h"
-#include "link/main_controller.h"
+#include "session/main_controller.h"
 
 namespace zorvik {
 

@@ -1,7 +1,7 @@
 #pragma once
 #include <QString>
 
-#include "link/run_key_actions.h"
+#include "session/run_key_actions.h"
 
 namespace zorvik {
 

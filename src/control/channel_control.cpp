@@ -6,7 +6,7 @@
 #include "config/text_number.h"
 #include "control/whole_numbers.h"
 #include "core/fault.h"
-#include "link/main_controller.h"
+#include "link/device_context.h"
 
 namespace zorvik {
 
@@ -34,7 +34,7 @@ int storedMode(const std::string& text) {
 
 }  // namespace
 
-ChannelControl::ChannelControl(MainController& main) : main_(main) { loadSettings(); }
+ChannelControl::ChannelControl(DeviceContext& main) : main_(main) { loadSettings(); }
 
 void ChannelControl::changed() {
   main_.changed();

@@ -8,7 +8,7 @@
 
 namespace zorvik {
 
-class MainController;
+class DeviceContext;
 
 // The range of the offset scroll; the arithmetic depends only on its ends.
 constexpr int kVScroll1Min = -1000;
@@ -48,7 +48,7 @@ extern const char* const kAcqModeTexts[5];
 // echo moves the model; offline they store and move it at once.
 class ChannelControl {
  public:
-  explicit ChannelControl(MainController& main);
+  explicit ChannelControl(DeviceContext& main);
 
   const ChannelModel& model() const { return model_; }
   Listeners onChange;  // the controls
@@ -109,7 +109,7 @@ class ChannelControl {
   float offsetFromScroll(int value) const;
   void changed();
 
-  MainController& main_;
+  DeviceContext& main_;
   ChannelModel model_;
   double zoom_ = 1, zoomPosition_ = 0, zoomMin_ = 0, zoomMax_ = 1;
   bool couplingGuard_ = false;

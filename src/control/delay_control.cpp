@@ -4,7 +4,7 @@
 
 #include "config/text_number.h"
 #include "control/trigger_control.h"
-#include "link/main_controller.h"
+#include "link/device_context.h"
 
 namespace zorvik {
 
@@ -13,7 +13,7 @@ namespace {
 constexpr int64_t kMaxDelayMicros = 2000000000;
 }  // namespace
 
-DelayControl::DelayControl(MainController& main, TriggerControl& trigger) : main_(main), trigger_(trigger) {}
+DelayControl::DelayControl(DeviceContext& main, TriggerControl& trigger) : main_(main), trigger_(trigger) {}
 
 int64_t DelayControl::delayMicros() const {
   double v = textToNumber(main_.settings().GetSettingValue("Mode", "TrigDelay", "0"), 0);

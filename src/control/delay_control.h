@@ -3,14 +3,14 @@
 
 namespace zorvik {
 
-class MainController;
+class DeviceContext;
 class TriggerControl;
 
 // The fine setting of the trigger delay, in µs by digits: a weight of 1 to 10000 µs and steps of it; off
 // keeps the value so that it can be restored.
 class DelayControl {
  public:
-  DelayControl(MainController& main, TriggerControl& trigger);
+  DelayControl(DeviceContext& main, TriggerControl& trigger);
 
   int64_t delayMicros() const;
   int weight() const { return weight_; }
@@ -22,7 +22,7 @@ class DelayControl {
 
  private:
   void store(int64_t micros);
-  MainController& main_;
+  DeviceContext& main_;
   TriggerControl& trigger_;
   int weight_ = 1;
   int64_t kept_ = 0;

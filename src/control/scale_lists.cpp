@@ -1,7 +1,7 @@
 #include "control/scale_lists.h"
 
 #include "core/fault.h"
-#include "measure/eng_text.h"
+#include "core/eng_text.h"
 
 namespace zorvik {
 

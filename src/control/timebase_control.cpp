@@ -7,7 +7,7 @@
 #include "config/text_number.h"
 #include "control/whole_numbers.h"
 #include "core/fault.h"
-#include "link/main_controller.h"
+#include "link/device_context.h"
 
 namespace zorvik {
 
@@ -31,7 +31,7 @@ int32_t limitEntry(const std::array<std::array<int32_t, kLimitColumns>, kLimitRo
 
 }  // namespace
 
-TimebaseControl::TimebaseControl(MainController& main) : main_(main) { loadSettings(); }
+TimebaseControl::TimebaseControl(DeviceContext& main) : main_(main) { loadSettings(); }
 
 void TimebaseControl::loadSettings() {
   SettingsStore& s = main_.settings();

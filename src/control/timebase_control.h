@@ -9,7 +9,7 @@
 
 namespace zorvik {
 
-class MainController;
+class DeviceContext;
 
 // What the horizontal controls show.
 struct TimebaseModel {
@@ -43,7 +43,7 @@ extern const char* const kMemoDepthEntries[4];
 // and the echoes move the model; offline they store and move it at once.
 class TimebaseControl {
  public:
-  explicit TimebaseControl(MainController& main);
+  explicit TimebaseControl(DeviceContext& main);
 
   const TimebaseModel& model() const { return model_; }
   Listeners onChange;  // the controls
@@ -103,7 +103,7 @@ class TimebaseControl {
   void field(const std::string& name, int64_t value);
   void changed();
 
-  MainController& main_;
+  DeviceContext& main_;
   TimebaseModel model_;
   int lastPosition_ = 15;
   int rememberedTCh_ = 0;

@@ -5,8 +5,8 @@
 
 #include "config/catalogue.h"
 #include "config/text_number.h"
-#include "link/main_controller.h"
-#include "measure/eng_text.h"
+#include "link/device_context.h"
+#include "core/eng_text.h"
 
 namespace zorvik {
 
@@ -25,7 +25,7 @@ namespace {
 std::string def(const char* section, const char* name) { return catalogueDefault(section, name, 200); }
 }  // namespace
 
-TriggerControl::TriggerControl(MainController& main) : main_(main) { loadSettings(); }
+TriggerControl::TriggerControl(DeviceContext& main) : main_(main) { loadSettings(); }
 
 void TriggerControl::loadSettings() {
   SettingsStore& s = main_.settings();

@@ -5,7 +5,7 @@
 
 namespace zorvik {
 
-class MainController;
+class DeviceContext;
 
 // One count of the trigger's delay and time-outs is 12 clock periods.
 constexpr double kCountsPerMicrosecondTimesMC = 8333.333333333334;
@@ -34,7 +34,7 @@ struct TriggerModel {
 // Online the writers only write and the echo moves the model; offline they store at once.
 class TriggerControl {
  public:
-  explicit TriggerControl(MainController& main);
+  explicit TriggerControl(DeviceContext& main);
   const TriggerModel& model() const { return model_; }
   std::function<void()> onChange = [] {};
   // The time base recomputes the record's centre when the delay changes.
@@ -70,7 +70,7 @@ class TriggerControl {
   std::string compensationKey() const;
   void writeTime(const char* reg, const char* key, int32_t& cacheValue);
 
-  MainController& main_;
+  DeviceContext& main_;
   TriggerModel model_;
   int64_t lastTA_ = -1, lastTW_ = -1;
 };

@@ -1,4 +1,4 @@
-#include "ui/messages.h"
+#include "core/messages.h"
 
 namespace zorvik {
 

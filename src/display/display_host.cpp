@@ -1,6 +1,6 @@
 #include "display/display_host.h"
 
-#include "link/main_controller.h"
+#include "link/device_context.h"
 
 namespace zorvik {
 

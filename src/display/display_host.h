@@ -3,7 +3,7 @@
 
 namespace zorvik {
 
-class MainController;
+class DeviceContext;
 
 // What the display reads and moves in the main window's state: the packet counter of the persistence,
 // the replot flag, the record's scale and the RIS sampling period.
@@ -24,7 +24,7 @@ class DisplayHost {
 // The host over the main controller.
 class ControllerDisplayHost : public DisplayHost {
  public:
-  explicit ControllerDisplayHost(MainController& main) : main_(main) {}
+  explicit ControllerDisplayHost(DeviceContext& main) : main_(main) {}
   int32_t PacketCount() const override;
   void setPacketCount(int32_t count) override;
   bool ReplotNeeded() const override;
@@ -34,7 +34,7 @@ class ControllerDisplayHost : public DisplayHost {
   int32_t TS() const override;
 
  private:
-  MainController& main_;
+  DeviceContext& main_;
 };
 
 }  // namespace zorvik

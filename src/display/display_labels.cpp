@@ -4,7 +4,7 @@
 
 #include "display/display_geometry.h"
 #include "display/whole_numbers.h"
-#include "measure/eng_text.h"
+#include "core/eng_text.h"
 
 namespace zorvik {
 

@@ -3,7 +3,7 @@
 #include <cmath>
 #include <cstdlib>
 
-#include "measure/eng_text.h"
+#include "core/eng_text.h"
 
 namespace zorvik {
 

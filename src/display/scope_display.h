@@ -13,7 +13,7 @@
 #include "display/plot_inputs.h"
 #include "display/sample_buffer.h"
 #include "display/sample_resampler.h"
-#include "display/stage_chain.h"
+#include "signal/stage_chain.h"
 #include "display/time_view.h"
 #include "display/trace_columns.h"
 

@@ -11,7 +11,7 @@
 #include "display/label_painter.h"
 #include "display/screen_check.h"
 #include "link/main_state.h"
-#include "ui/messages.h"
+#include "core/messages.h"
 
 namespace zorvik {
 

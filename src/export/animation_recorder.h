@@ -3,7 +3,7 @@
 #include <functional>
 #include <vector>
 
-#include "display/stage_chain.h"
+#include "signal/stage_chain.h"
 #include "export/gif_writer.h"
 
 namespace zorvik {

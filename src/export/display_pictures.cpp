@@ -11,7 +11,7 @@
 #include "export/file_dialogs.h"
 #include "export/gif_writer.h"
 #include "export/jpeg_writer.h"
-#include "link/main_controller.h"
+#include "link/device_context.h"
 
 namespace zorvik {
 

@@ -6,7 +6,7 @@
 
 namespace zorvik {
 
-class MainController;
+class DeviceContext;
 class FileDialogs;
 class ScopeDisplay;
 struct DisplayLabels;
@@ -46,7 +46,7 @@ QImage displayPicture(const ScopeDisplay& display, const DisplayLabels& labels, 
 // a cancelled dialog ends the command and leaves it stopped. Faults of writing go to the caller.
 class DisplayPictures {
  public:
-  DisplayPictures(MainController& main, FileDialogs& dialogs) : main_(main), dialogs_(dialogs) {}
+  DisplayPictures(DeviceContext& main, FileDialogs& dialogs) : main_(main), dialogs_(dialogs) {}
 
   // GIF pictures: the display's background becomes transparent when asked.
   void setGifTransparency(bool transparent, uint32_t background) {
@@ -66,7 +66,7 @@ class DisplayPictures {
             const std::function<void(const QImage&)>& toClipboard, const PictureTexts& texts, bool autoName,
             uint32_t tickMs);
 
-  MainController& main_;
+  DeviceContext& main_;
   FileDialogs& dialogs_;
   bool gifTransparent_ = false;
   uint32_t gifBackground_ = 0;

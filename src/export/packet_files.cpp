@@ -7,7 +7,7 @@
 #include "export/file_io.h"
 #include "export/text_file.h"
 #include "export/zrv_file.h"
-#include "link/main_controller.h"
+#include "link/device_context.h"
 
 namespace zorvik {
 
@@ -43,7 +43,7 @@ void PacketFiles::RestorePacketFromBinary() {
 
 void PacketFiles::RestorePacketFile(const std::string& path) { zorvik::RestorePacketFile(main_, path); }
 
-void RestorePacketFile(MainController& main, const std::string& path) {
+void RestorePacketFile(DeviceContext& main, const std::string& path) {
   if (path.empty() || !isExistingFile(path)) return;
   std::string bytes = readWholeFile(path, kZrvMaxBytes);
   std::optional<ZrvContents> contents = parseZrv(bytes);
@@ -61,7 +61,7 @@ void RestorePacketFile(MainController& main, const std::string& path) {
   main.ProcessPacket(contents->packet);
 }
 
-void restoreDefaultPacket(MainController& main) {
+void restoreDefaultPacket(DeviceContext& main) {
   try {
     RestorePacketFile(main, kDefaultPacketFile);
   } catch (const std::exception& e) {
@@ -69,7 +69,7 @@ void restoreDefaultPacket(MainController& main) {
   }
 }
 
-void saveLastPacketTo(MainController& main, const std::string& path) {
+void saveLastPacketTo(DeviceContext& main, const std::string& path) {
   writeFileReplacing(path, makeZrv(main.LastPacket(), main.SamplesPerDiv));
 }
 

@@ -7,7 +7,7 @@
 
 namespace zorvik {
 
-class MainController;
+class DeviceContext;
 
 // The dialogs' lists, categories and extensions of the data files.
 constexpr std::string_view kCsvFilter = filterList("Zorvik CSV Files (*.csv)\0*.csv\0\0");
@@ -28,7 +28,7 @@ constexpr const char* kCurSamplesPerDivField = "DeviceSamplingPage.CurSamplesPer
 // a save held is let go on first.
 class PacketFiles {
  public:
-  PacketFiles(MainController& main, FileDialogs& dialogs) : main_(main), dialogs_(dialogs) {}
+  PacketFiles(DeviceContext& main, FileDialogs& dialogs) : main_(main), dialogs_(dialogs) {}
 
   // Menu "Save last packet:" / "binary file". A cancelled dialog writes nothing and says nothing.
   void SaveLastPacket2binary();
@@ -46,18 +46,18 @@ class PacketFiles {
   void saveCsv(const std::function<std::string()>& text, const std::string& savedText);
 
  private:
-  MainController& main_;
+  DeviceContext& main_;
   FileDialogs& dialogs_;
 };
 
 // The restore itself, for callers without dialogs.
-void RestorePacketFile(MainController& main, const std::string& path);
+void RestorePacketFile(DeviceContext& main, const std::string& path);
 
 // The end of start-up: "default.zrv" of the working directory, if there is one, becomes the first picture.
 // Start-up is its own event boundary: a file that can't be read gives the critical box and start-up goes on.
-void restoreDefaultPacket(MainController& main);
+void restoreDefaultPacket(DeviceContext& main);
 
 // LastPacket and SamplesPerDiv as SaveLastPacket2binary writes them, without dialog or box (zorvik-cli).
-void saveLastPacketTo(MainController& main, const std::string& path);
+void saveLastPacketTo(DeviceContext& main, const std::string& path);
 
 }  // namespace zorvik

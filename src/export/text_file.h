@@ -1,7 +1,7 @@
 #pragma once
 #include <string>
 
-#include "ui/messages.h"
+#include "core/messages.h"
 
 namespace zorvik {
 

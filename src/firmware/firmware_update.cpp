@@ -6,7 +6,7 @@
 #include "export/dialog_filter.h"
 #include "export/file_dialogs.h"
 #include "link/class_obex.h"
-#include "link/main_controller.h"
+#include "link/device_context.h"
 
 namespace zorvik {
 
@@ -15,7 +15,7 @@ constexpr std::string_view kZfwFilter = filterList("Zorvik firmware (*.zfw)\0*.z
 constexpr size_t kMaxImageBytes = 16 << 20;  // far beyond any image; a larger file is no image
 }  // namespace
 
-FirmwareUpdate::FirmwareUpdate(MainController& main, FileDialogs& dialogs, FirmwareView& view)
+FirmwareUpdate::FirmwareUpdate(DeviceContext& main, FileDialogs& dialogs, FirmwareView& view)
     : main_(main), dialogs_(dialogs), view_(view) {
   timer_.setInterval(kSectorTimeoutMs);
   timer_.setSingleShot(true);

@@ -7,7 +7,7 @@
 
 namespace zorvik {
 
-class MainController;
+class DeviceContext;
 class FileDialogs;
 
 // What the update shows: its window with the image's and the instrument's fields, the start key, the
@@ -34,7 +34,7 @@ class FirmwareUpdate {
  public:
   static constexpr int kSectorTimeoutMs = 5000;
 
-  FirmwareUpdate(MainController& main, FileDialogs& dialogs, FirmwareView& view);
+  FirmwareUpdate(DeviceContext& main, FileDialogs& dialogs, FirmwareView& view);
 
   bool Updating = false;
   void FirmWareUpdate();
@@ -52,7 +52,7 @@ class FirmwareUpdate {
  private:
   void unload();
 
-  MainController& main_;
+  DeviceContext& main_;
   FileDialogs& dialogs_;
   FirmwareView& view_;
   QTimer timer_;

@@ -2,7 +2,7 @@
 #include <functional>
 #include <set>
 
-#include "display/stage_chain.h"
+#include "signal/stage_chain.h"
 #include "measure/sig_calc.h"
 #include "measure/sig_timing.h"
 

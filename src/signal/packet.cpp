@@ -1,6 +1,6 @@
 #include "signal/packet.h"
 
-#include "link/header_value.h"
+#include "signal/header_value.h"
 
 namespace zorvik {
 

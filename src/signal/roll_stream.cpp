@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "link/header_value.h"
+#include "signal/header_value.h"
 
 namespace zorvik {
 

@@ -3,7 +3,7 @@
 #include <cmath>
 #include <cstdio>
 
-#include "measure/eng_text.h"
+#include "core/eng_text.h"
 #include "spectrum/spectrum_engine.h"
 
 namespace zorvik {

@@ -2,7 +2,7 @@
 #include <functional>
 #include <string>
 
-#include "display/stage_chain.h"
+#include "signal/stage_chain.h"
 #include "spectrum/spectrum_engine.h"
 
 namespace zorvik {

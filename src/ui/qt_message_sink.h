@@ -3,7 +3,7 @@
 #include <QPointer>
 
 #include "config/settings.h"
-#include "ui/messages.h"
+#include "core/messages.h"
 
 namespace zorvik {
 

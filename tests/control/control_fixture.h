@@ -7,10 +7,10 @@
 #include <vector>
 
 #include "config/settings.h"
-#include "control/basic_control.h"
+#include "session/basic_control.h"
 #include "control/silent_obex.h"
-#include "link/main_controller.h"
-#include "ui/recording_sink.h"
+#include "session/main_controller.h"
+#include "core/recording_sink.h"
 
 namespace zorvik::test {
 

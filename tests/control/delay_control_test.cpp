@@ -4,8 +4,8 @@
 #include "control/delay_control.h"
 #include "control/trigger_control.h"
 #include "link/fake_obex.h"
-#include "link/main_controller.h"
-#include "ui/recording_sink.h"
+#include "session/main_controller.h"
+#include "core/recording_sink.h"
 
 using namespace zorvik;
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "config/settings.h"
-#include "link/headless_session.h"
+#include "session/headless_session.h"
 #include "signal/packet.h"
 #include "sim/event_loop_helpers.h"
 

@@ -3,9 +3,9 @@
 #include "config/settings.h"
 #include "control/trigger_control.h"
 #include "link/fake_obex.h"
-#include "link/main_controller.h"
-#include "measure/eng_text.h"
-#include "ui/recording_sink.h"
+#include "session/main_controller.h"
+#include "core/eng_text.h"
+#include "core/recording_sink.h"
 
 using namespace zorvik;
 using zorvik::test::FakeObex;

@@ -3,7 +3,7 @@
 #include "control/channel_control.h"
 #include "control/timebase_control.h"
 #include "control/trigger_control.h"
-#include "display/plot_inputs_source.h"
+#include "control/plot_inputs_source.h"
 
 using namespace zorvik;
 

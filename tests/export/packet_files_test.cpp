@@ -9,8 +9,8 @@
 #include "export/packet_files.h"
 #include "export/scripted_file_dialogs.h"
 #include "link/fake_obex.h"
-#include "link/main_controller.h"
-#include "ui/recording_sink.h"
+#include "session/main_controller.h"
+#include "core/recording_sink.h"
 
 using namespace zorvik;
 using namespace std::string_literals;

@@ -11,8 +11,8 @@
 #include "export/jpeg_writer.h"
 #include "export/scripted_file_dialogs.h"
 #include "link/fake_obex.h"
-#include "link/main_controller.h"
-#include "ui/recording_sink.h"
+#include "session/main_controller.h"
+#include "core/recording_sink.h"
 
 using namespace zorvik;
 using zorvik::test::readFile;

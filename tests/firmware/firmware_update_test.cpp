@@ -5,8 +5,8 @@
 #include "export/scripted_file_dialogs.h"
 #include "firmware/firmware_update.h"
 #include "firmware/zfw_image.h"
-#include "link/headless_session.h"
-#include "ui/messages.h"
+#include "session/headless_session.h"
+#include "core/messages.h"
 
 using namespace zorvik;
 using zorvik::test::TempDir;

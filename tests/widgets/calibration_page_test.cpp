@@ -4,9 +4,9 @@
 
 #include "app/calibration_page.h"
 #include "../link/fake_obex.h"
-#include "link/main_controller.h"
-#include "link/run_control.h"
-#include "ui/recording_sink.h"
+#include "session/main_controller.h"
+#include "session/run_control.h"
+#include "core/recording_sink.h"
 
 using namespace zorvik;
 

@@ -8,7 +8,7 @@
 #include <QtTest>
 
 #include "app/device_setting_page.h"
-#include "app/fw_update_window.h"
+#include "firmware/fw_update_window.h"
 #include "app/mainwin.h"
 #include "control/trigger_control.h"
 #include "sim/sim_config.h"

@@ -7,13 +7,13 @@
 #include <fstream>
 #include <sstream>
 
-#include "app/cli_render.h"
+#include "cli/render_command.h"
 #include "app/display_menus.h"
 #include "display/display_host.h"
 #include "display/scope_display_window.h"
 #include "export/zrv_file.h"
-#include "link/main_controller.h"
-#include "ui/recording_sink.h"
+#include "session/main_controller.h"
+#include "core/recording_sink.h"
 
 using namespace zorvik;
 

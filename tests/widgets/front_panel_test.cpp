@@ -6,10 +6,10 @@
 
 #include "app/horizontal_panel.h"
 #include "app/vertical_panel.h"
-#include "control/basic_control.h"
-#include "link/main_controller.h"
+#include "session/basic_control.h"
+#include "session/main_controller.h"
 #include "sim/simulated_obex.h"
-#include "ui/recording_sink.h"
+#include "core/recording_sink.h"
 
 using namespace zorvik;
 

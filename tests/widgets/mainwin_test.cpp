@@ -6,7 +6,7 @@
 #include <QShortcut>
 #include <QtTest>
 
-#include "app/hot_key_dialog.h"
+#include "ui/hot_key_dialog.h"
 #include "app/mainwin.h"
 #include "control/trigger_control.h"
 #include "display/scope_display.h"

@@ -3,7 +3,7 @@
 
 #include "app/mainwin.h"
 #include "app/meter_menu.h"
-#include "app/meter_window.h"
+#include "measure/meter_window.h"
 #include "window_fixture.h"
 
 using namespace zorvik;

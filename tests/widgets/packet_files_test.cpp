@@ -8,9 +8,9 @@
 
 #include "app/packet_file_menu.h"
 #include "export/scripted_file_dialogs.h"
-#include "link/main_controller.h"
+#include "session/main_controller.h"
 #include "ui/file_dialog_qt.h"
-#include "ui/recording_sink.h"
+#include "core/recording_sink.h"
 
 using namespace zorvik;
 

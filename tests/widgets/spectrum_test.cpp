@@ -5,10 +5,10 @@
 #include <QRadioButton>
 #include <QtTest>
 
-#include "app/spectrum_window.h"
-#include "app/main_meter_window.h"
-#include "app/stat_window.h"
-#include "app/thd_window.h"
+#include "spectrum/spectrum_window.h"
+#include "measure/main_meter_window.h"
+#include "stat/stat_window.h"
+#include "measure/thd_window.h"
 #include "spectrum/spectrum_stage.h"
 #include "window_fixture.h"
 

@@ -8,7 +8,7 @@
 #include "app/mainwin.h"
 #include "display/scope_display.h"
 #include "display/scope_display_window.h"
-#include "app/memo_window.h"
+#include "display/memo_window.h"
 #include "display/view_zoom.h"
 #include "window_fixture.h"
 

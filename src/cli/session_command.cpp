@@ -1,0 +1,178 @@
+#include "cli/session_command.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <cstdlib>
+
+#include "session/command_line.h"
+#include "config/registry_settings.h"
+#include "config/registry_store.h"
+#include "config/text_number.h"
+#include "core/fault.h"
+#include "export/packet_files.h"
+#include "session/headless_session.h"
+
+namespace zorvik {
+
+namespace {
+
+QString bytesText(const std::string& s) { return QString::fromLatin1(s.data(), static_cast<qsizetype>(s.size())); }
+
+// A float as the shortest decimal that reads back to it, not the double next to it (3.125e-06, not
+// 3.1250000742e-06).
+double floatNumber(float v) {
+  for (int digits = 1; digits < 9; ++digits) {
+    const double d = QString::number(static_cast<double>(v), 'g', digits).toDouble();
+    if (static_cast<float>(d) == v) return d;
+  }
+  return static_cast<double>(v);
+}
+
+QJsonObject properties(const DeviceCache& c) {
+  QJsonObject p;
+  p["VNM"] = bytesText(c.VNM);
+  p["VSN"] = bytesText(c.VSN);
+  p["VHW"] = bytesText(c.VHW);
+  p["VSW"] = bytesText(c.VSW);
+  p["MCd"] = c.MCd;
+  p["MCl"] = c.MCl;
+  p["MCh"] = c.MCh;
+  p["TOv"] = c.TOv;
+  p["TOl"] = c.TOl;
+  p["TMl"] = c.TMl;
+  p["TMh"] = c.TMh;
+  p["TPl"] = c.TPl;
+  p["QSh"] = c.QSh;
+  p["TCh"] = c.TCh;
+  p["P1h"] = c.P1h;
+  p["P1l"] = c.P1l;
+  return p;
+}
+
+QJsonObject registers(const DeviceCache& c) {
+  QJsonObject r;
+  r["MC"] = c.MC;
+  r["TS"] = c.TS;
+  r["RS"] = c.RS;
+  r["QS"] = c.QS;
+  r["TC"] = c.TC;
+  r["V1"] = c.V1;
+  r["P1"] = c.P1;
+  r["O1"] = c.O1;
+  r["M1"] = c.M1;
+  r["T1"] = c.T1;
+  r["S1"] = c.S1;
+  r["TD"] = c.TD;
+  r["TA"] = c.TA;
+  r["TW"] = c.TW;
+  r["RT"] = c.RT;
+  r["AP"] = c.AP;
+  r["AR"] = c.AR;
+  return r;
+}
+
+}  // namespace
+
+int runSessionCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err) {
+  SessionOptions opt;
+  std::string saveLast;
+  std::vector<std::string> rest;
+  for (size_t i = 0; i < args.size(); ++i) {
+    auto value = [&](const std::string& name) {
+      if (i + 1 >= args.size()) throw Fault(name + " needs a value");
+      return args[++i];
+    };
+    if (args[i] == "--packets") {
+      auto n = parseLeadingNumber(value("--packets"));
+      if (!n || *n < 0 || *n > 1e6) throw Fault("--packets wants a count");
+      opt.packets = static_cast<int>(*n);
+    } else if (args[i] == "--timeout") {
+      auto s = parseLeadingNumber(value("--timeout"));
+      if (!s || *s <= 0 || *s > 3600) throw Fault("--timeout wants seconds");
+      opt.timeoutSeconds = *s;
+    } else if (args[i] == "--keys") {
+      std::string list = value("--keys");
+      size_t start = 0;
+      while (start <= list.size()) {
+        size_t comma = list.find(',', start);
+        std::string k = list.substr(start, comma == std::string::npos ? std::string::npos : comma - start);
+        if (!k.empty()) opt.keys.push_back(k);
+        if (comma == std::string::npos) break;
+        start = comma + 1;
+      }
+    } else if (args[i] == "--save-last") {
+      saveLast = value("--save-last");
+    } else if (args[i] == "--single") {
+      opt.single = true;
+    } else {
+      rest.push_back(args[i]);
+    }
+  }
+  CommandLine cl = parseCommandLine(rest);
+  opt.simOptions = cl.simOptions;
+
+  // A scratch store unless ZORVIK_REGISTRY names a real one.
+  const char* env = std::getenv("ZORVIK_REGISTRY");
+  RegistryStore store(env && *env ? std::string(env) : std::string(":memory:"));
+  RegistrySettings settings(store, "Zorvik DSO1");
+  for (const auto& s : cl.sets) {
+    SettingAssignment a = parseSettingAssignment(s);
+    settings.SaveSettingValue(a.section, a.name, a.value);
+  }
+  HeadlessSession session(settings, opt.simOptions);
+  SessionResult result = session.run(opt);
+
+  MainController& m = session.main();
+  if (!saveLast.empty()) saveLastPacketTo(m, saveLast);
+  QJsonObject o;
+  o["state"] = sessionStateName(m.sessionState());
+  o["ready_reached"] = result.readyReached;
+  o["packets"] = result.packets;
+  o["sample_count"] = m.SampleCount();
+  o["properties"] = properties(result.device);
+  o["registers"] = registers(result.device);
+  o["status_text"] = QString::fromStdString(result.statusText);
+  o["no_trigger_visible"] = result.noTriggerVisible;
+  o["frame_rate"] = m.state().fps;
+  o["SamplePeriod"] = floatNumber(m.SamplePeriod);
+  o["FullScaleVolts"] = floatNumber(m.FullScaleVolts);
+  o["ZeroVolts"] = floatNumber(m.ZeroVolts);
+  o["SamplesPerDiv"] = m.SamplesPerDiv;
+  o["TimeDiv"] = session.control().timebase().model().TimeDiv;
+  o["VoltPerDiv"] = session.control().channel().model().scrollCH1;
+  o["rolls"] = QJsonObject{{"chunks", session.link().rollChunks},
+                           {"bytes", static_cast<double>(session.link().rollBytes)}};
+  QJsonArray log;
+  for (const PacketRecord& p : result.packetLog) {
+    QJsonObject j;
+    j["length"] = static_cast<double>(p.length);
+    j["triggered"] = p.triggered;
+    j["parallel"] = p.parallel;
+    j["status_text"] = QString::fromStdString(p.statusText);
+    log.append(j);
+  }
+  o["packet_log"] = log;
+  QJsonArray msgs;
+  for (const auto& msg : session.messages().messages) {
+    QJsonObject j;
+    j["kind"] = boxKindName(msg.kind);
+    j["title"] = bytesText(msg.title);
+    j["text"] = bytesText(msg.text);
+    msgs.append(j);
+  }
+  o["messages"] = msgs;
+  QJsonArray requests, writes;
+  for (const auto& r : session.link().requests) requests.append(QString::fromStdString(r));
+  for (const auto& w : session.link().writes) writes.append(QJsonArray{QString::fromStdString(w.first), w.second});
+  o["requests"] = requests;
+  o["writes"] = writes;
+  out << QJsonDocument(o).toJson(QJsonDocument::Compact).toStdString() << "\n";
+  if (!result.error.empty()) {
+    err << "zorvik-cli: " << result.error << "\n";
+    return 1;
+  }
+  return 0;
+}
+
+}  // namespace zorvik

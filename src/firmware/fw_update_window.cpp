@@ -1,0 +1,119 @@
+#include "firmware/fw_update_window.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QFormLayout>
+#include <QGridLayout>
+#include <QVBoxLayout>
+
+namespace zorvik {
+
+namespace {
+constexpr int kPerRow = 15;
+QString latin(const std::string& s) { return QString::fromLatin1(s.data(), static_cast<qsizetype>(s.size())); }
+}  // namespace
+
+FWupdate::FWupdate(QWidget* parent) : QWidget(parent, Qt::Window) {
+  setObjectName("FWupdate");
+  setWindowTitle("Firmware update");
+  auto* column = new QVBoxLayout(this);
+  auto* fields = new QFormLayout;
+  auto label = [this](const char* name) {
+    auto* l = new QLabel("-", this);
+    l->setObjectName(name);
+    return l;
+  };
+  FWtarget = label("FWtarget");
+  FWversion = label("FWversion");
+  FWdate = label("FWdate");
+  Model = label("Model");
+  HWrev = label("HWrev");
+  SerNum = label("SerNum");
+  LDver = label("LDver");
+  fields->addRow("Firmware for:", FWtarget);
+  fields->addRow("Firmware version:", FWversion);
+  fields->addRow("Firmware date:", FWdate);
+  fields->addRow("Instrument:", Model);
+  fields->addRow("Hardware revision:", HWrev);
+  fields->addRow("Serial number:", SerNum);
+  fields->addRow("Loader version:", LDver);
+  column->addLayout(fields);
+  sectorBox_ = new QWidget(this);
+  new QGridLayout(sectorBox_);
+  column->addWidget(sectorBox_);
+  InfoMessage = new QLabel("FW update in progress. Do not disconnect! ", this);
+  InfoMessage->setObjectName("InfoMessage");
+  InfoMessage->hide();
+  column->addWidget(InfoMessage);
+  KeyStartFU = new QPushButton("Start firmware update", this);
+  KeyStartFU->setObjectName("KeyStartFU");
+  KeyStartFU->setEnabled(false);
+  connect(KeyStartFU, &QPushButton::clicked, this, [this] {
+    if (update_) update_->KeyStartFU_Click();
+  });
+  column->addWidget(KeyStartFU);
+}
+
+void FWupdate::showWindow() {
+  show();
+  raise();
+}
+
+void FWupdate::closeWindow() {
+  closing_ = true;
+  close();
+  closing_ = false;
+  InfoMessage->hide();
+  KeyStartFU->setEnabled(false);
+}
+
+void FWupdate::enableOtherWindows(bool enabled) {
+  for (QWidget* w : QApplication::topLevelWidgets())
+    if (w != this && w->isWindow()) w->setEnabled(enabled);
+}
+
+void FWupdate::showImage(const ZfwImage& image) {
+  FWtarget->setText(latin(image.target));
+  FWversion->setText(latin(image.version));
+  FWdate->setText(latin(image.date));
+}
+
+void FWupdate::showDevice(const DeviceIdentityFields& device) {
+  Model->setText(latin(device.model));
+  HWrev->setText(latin(device.hwRev));
+  SerNum->setText(latin(device.serial));
+  LDver->setText(latin(device.loader));
+}
+
+void FWupdate::enableStart(bool enabled) { KeyStartFU->setEnabled(enabled); }
+
+void FWupdate::showInProgress() { InfoMessage->show(); }
+
+void FWupdate::showSectors(int count) {
+  auto* grid = static_cast<QGridLayout*>(sectorBox_->layout());
+  for (QLabel* l : SectorShape) delete l;
+  SectorShape.clear();
+  // Rows of fifteen in index order.
+  for (int i = 0; i < count; ++i) {
+    auto* shape = new QLabel(sectorBox_);
+    shape->setObjectName(QString("SectorShape%1").arg(i));
+    shape->setFixedSize(14, 14);
+    shape->setFrameShape(QFrame::Box);
+    grid->addWidget(shape, i / kPerRow, i % kPerRow);
+    shape->show();
+    SectorShape.push_back(shape);
+  }
+}
+
+void FWupdate::setSector(int index, bool good) {
+  if (index < 0 || index >= static_cast<int>(SectorShape.size())) return;
+  SectorShape[static_cast<size_t>(index)]->setStyleSheet(good ? "background: #00ff00" : "background: #ff0000");
+}
+
+void FWupdate::closeEvent(QCloseEvent* event) {
+  // Closed by the user while an update is loaded: the update ends and the session with it.
+  if (!closing_ && update_ && update_->Updating) update_->cancel();
+  event->accept();
+}
+
+}  // namespace zorvik

@@ -1,0 +1,69 @@
+#include "session/command_line.h"
+
+#include <charconv>
+#include <cmath>
+#include <optional>
+#include <system_error>
+
+#include "config/text_number.h"
+#include "core/fault.h"
+
+namespace zorvik {
+
+CommandLine parseCommandLine(const std::vector<std::string>& args) {
+  CommandLine cl;
+  for (size_t i = 0; i < args.size(); ++i) {
+    std::string v;
+    if (takeValue(args, i, "--sim", v)) {
+      cl.simOptions.push_back(v);
+    } else if (takeValue(args, i, "--set", v)) {
+      parseSettingAssignment(v);
+      cl.sets.push_back(v);
+    } else if (args[i] == "--dev") {
+      cl.dev = true;
+    } else if (args[i].rfind("-", 0) == 0) {
+      throw Fault("unknown option: " + args[i]);
+    } else {
+      cl.words.push_back(args[i]);
+    }
+  }
+  return cl;
+}
+
+SettingAssignment parseSettingAssignment(const std::string& text) {
+  size_t slash = text.find('/');
+  size_t eq = slash == std::string::npos ? std::string::npos : text.find('=', slash);
+  if (slash == std::string::npos || slash == 0 || eq == std::string::npos || eq == slash + 1)
+    throw Fault("malformed setting (want SECTION/NAME=VALUE): " + text);
+  return {text.substr(0, slash), text.substr(slash + 1, eq - slash - 1), text.substr(eq + 1)};
+}
+
+bool takeValue(const std::vector<std::string>& args, size_t& i, const std::string& name, std::string& value) {
+  if (args[i] == name) {
+    if (i + 1 >= args.size()) throw Fault(name + " needs a value");
+    value = args[++i];
+    return true;
+  }
+  if (args[i].rfind(name + "=", 0) == 0) {
+    value = args[i].substr(name.size() + 1);
+    return true;
+  }
+  return false;
+}
+
+int wholeNumberOption(const std::string& name, const std::string& text, int lo, int hi) {
+  long long v = 0;
+  const char* end = text.data() + text.size();
+  auto [at, ec] = std::from_chars(text.data(), end, v);
+  if (ec != std::errc() || at != end || v < lo || v > hi)
+    throw Fault(name + " wants a whole number from " + std::to_string(lo) + " to " + std::to_string(hi) + ": " + text);
+  return static_cast<int>(v);
+}
+
+double numberOption(const std::string& name, const std::string& text) {
+  const std::optional<double> v = parseLeadingNumber(text);
+  if (!v || !std::isfinite(*v)) throw Fault(name + " takes a number, not \"" + text + "\"");
+  return *v;
+}
+
+}  // namespace zorvik

@@ -1,0 +1,126 @@
+#include "session/headless_session.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QThread>
+
+#include "signal/packet.h"
+#include "sim/sim_config.h"
+
+namespace zorvik {
+
+HeadlessSession::HeadlessSession(SettingsStore& settings, const std::vector<std::string>& simOptions) {
+  SimConfig config;
+  for (const auto& o : simOptions) applySimOptions(config, o);
+  sim_ = std::make_unique<SimulatedObex>(config);
+  recorder_ = std::make_unique<RecordingObex>(*sim_);
+  main_ = std::make_unique<MainController>(settings, sink_, static_cast<MainView&>(*this));
+  control_ = std::make_unique<BasicControl>(*main_);
+  run_ = std::make_unique<RunControl>(*main_);
+  trigger_ = std::make_unique<TriggerControl>(*main_);
+  control_->wire(*run_, *trigger_);
+  hooks_ = std::make_unique<RoutedHooks>(*control_, *run_, *trigger_);
+  main_->setHooks(hooks_.get());
+  keyActions_ = std::make_unique<RunKeyActions>(*main_, *run_, *trigger_);
+  keys_ = std::make_unique<KeyMap>(*keyActions_);
+  main_->attachLink(recorder_.get());
+  recorder_->onData = [this](const std::string& packet, bool parallel, bool handled) {
+    dataHeader(packet, parallel, handled);
+  };
+}
+
+HeadlessSession::~HeadlessSession() {
+  recorder_->onData = nullptr;
+  main_->attachLink(nullptr);
+  main_->setHooks(nullptr);
+}
+
+bool HeadlessSession::spinUntil(const std::function<bool()>& done, int timeoutMs) {
+  QElapsedTimer t;
+  t.start();
+  while (!done()) {
+    if (t.elapsed() > timeoutMs) return false;
+    QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
+    QThread::msleep(1);
+  }
+  return true;
+}
+
+void HeadlessSession::dataHeader(const std::string& packet, bool parallel, bool handled) {
+  constexpr size_t kNotKept = static_cast<size_t>(-1);
+  if (!handled) {
+    const bool kept = log_.size() < SessionResult::kMaxPacketLog;
+    open_.push_back(kept ? log_.size() : kNotKept);
+    if (kept) log_.push_back({packet.size(), !packet.empty() && decodePacket(packet).triggered, parallel, {}});
+    return;
+  }
+  // Stops a serial run inside the packet's own event, so that no more than asked for arrive (a packet
+  // of a parallel transfer is counted but not drawn, so this is the one place that sees them all).
+  ++dataHeaders_;
+  if (wanted_ > 0 && main_->PacketCount() >= wanted_) recorder_->SetRepeatCommand(false, "", false);
+  if (open_.empty()) return;
+  const size_t entry = open_.back();
+  open_.pop_back();
+  if (entry < log_.size()) log_[entry].statusText = main_->state().modeText;
+}
+
+SessionResult HeadlessSession::run(const SessionOptions& options) {
+  SessionResult r;
+  const int timeoutMs = static_cast<int>(options.timeoutSeconds * 1000);
+  QElapsedTimer clock;
+  clock.start();
+  auto left = [&] { return std::max<int>(0, timeoutMs - static_cast<int>(clock.elapsed())); };
+
+  // Serial runs start by themselves once the session is ready; single ones wait for Start.
+  run_->WorkMode_Click(!options.single);
+  wanted_ = options.single ? 0 : options.packets;
+  main_->KeyConnect_Click();
+  r.readyReached = spinUntil(
+      [&] {
+        return main_->sessionState() == SessionState::Ready || main_->sessionState() == SessionState::NoSession;
+      },
+      left());
+  r.readyReached = r.readyReached && main_->sessionState() == SessionState::Ready;
+  if (!r.readyReached) {
+    r.error = "the session did not reach Ready (state " + std::string(sessionStateName(main_->sessionState())) + ")";
+  } else {
+    for (const auto& k : options.keys) {
+      keys_->press(k == "Comma" ? std::string(",") : k, clock.elapsed());
+      QCoreApplication::processEvents();
+    }
+    if (options.single) {
+      int received = 0;
+      for (int i = 0; i < options.packets && main_->Online(); ++i) {
+        // The answer is one "D", empty when Norm saw no trigger.
+        const uint64_t answers = dataHeaders_;
+        run_->KeyStart_Click();  // zeroes PacketCount
+        spinUntil([&] { return dataHeaders_ > answers || !main_->Online(); }, left());
+        received += main_->PacketCount();
+      }
+      main_->setPacketCount(received);
+    } else {
+      // Keys may have turned the serial run into a single acquisition: then it is over once that one is.
+      auto singleOver = [&] {
+        const std::string& mode = main_->state().modeText;
+        return !run_->model().WorkMode && mode != "Started" && mode != "Progress";
+      };
+      spinUntil([&] { return main_->PacketCount() >= options.packets || !main_->Online() || singleOver(); }, left());
+      recorder_->SetRepeatCommand(false, "", false);
+    }
+    wanted_ = 0;
+    r.packets = main_->PacketCount();
+    if (r.packets < options.packets)
+      r.error = "only " + std::to_string(r.packets) + " of " + std::to_string(options.packets) + " packets arrived";
+  }
+  r.device = main_->cache();
+  r.statusText = main_->state().modeText;
+  r.noTriggerVisible = main_->state().noTriggerVisible;
+  r.packetLog = log_;
+  if (main_->Online()) {
+    recorder_->CloseSession();
+    spinUntil([&] { return main_->state().connectVisible; }, 3000);
+  }
+  return r;
+}
+
+}  // namespace zorvik

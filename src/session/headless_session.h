@@ -1,0 +1,91 @@
+#pragma once
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "config/settings.h"
+#include "session/basic_control.h"
+#include "session/main_controller.h"
+#include "link/recording_obex.h"
+#include "session/key_map.h"
+#include "session/routed_hooks.h"
+#include "session/run_key_actions.h"
+#include "session/run_control.h"
+#include "sim/simulated_obex.h"
+#include "core/recording_sink.h"
+
+namespace zorvik {
+
+struct SessionOptions {
+  std::vector<std::string> simOptions;
+  int packets = 1;
+  bool single = false;  // N presses of Start instead of a serial acquisition
+  double timeoutSeconds = 10;
+  // Keys of the keyboard pressed in order once the session is ready ("Comma" stands for ",").
+  std::vector<std::string> keys;
+};
+
+// One "D" header as the program took it.
+struct PacketRecord {
+  size_t length = 0;  // 0: the empty answer of Norm mode when no trigger came
+  bool triggered = false;
+  bool parallel = false;
+  std::string statusText;  // the mode text right after the program took it
+};
+
+struct SessionResult {
+  bool readyReached = false;
+  int packets = 0;
+  std::string error;  // empty on success
+  // The device as the session knew it before the disconnect cleared the session's caches.
+  DeviceCache device;
+  std::string statusText;
+  bool noTriggerVisible = false;
+  // Every "D" header in order of arrival, the first kMaxPacketLog of them.
+  std::vector<PacketRecord> packetLog;
+  static constexpr size_t kMaxPacketLog = 10000;
+};
+
+// The program without widgets against the simulated instrument: start-up, connect, acquisitions,
+// disconnect. Every box is recorded; the window counts as visible.
+class HeadlessSession : private MainView {
+ public:
+  HeadlessSession(SettingsStore& settings, const std::vector<std::string>& simOptions);
+  ~HeadlessSession() override;
+
+  SessionResult run(const SessionOptions& options);
+
+  MainController& main() { return *main_; }
+  RecordingObex& link() { return *recorder_; }
+  RecordingSink& messages() { return sink_; }
+  SimulatedObex& sim() { return *sim_; }
+  RunControl& run() { return *run_; }
+  TriggerControl& trigger() { return *trigger_; }
+  BasicControl& control() { return *control_; }
+  RoutedHooks& hooks() { return *hooks_; }
+  // Every "D" header so far (see SessionResult::packetLog).
+  const std::vector<PacketRecord>& packetLog() const { return log_; }
+  // Runs the event loop until the predicate holds or the time is up.
+  static bool spinUntil(const std::function<bool()>& done, int timeoutMs);
+
+ private:
+  void dataHeader(const std::string& packet, bool parallel, bool handled);
+
+  int wanted_ = 0;
+  uint64_t dataHeaders_ = 0;  // "D" headers taken, empty ones included
+  std::vector<PacketRecord> log_;
+  std::vector<size_t> open_;  // entries of the log whose packet is being taken (waits may nest)
+  RecordingSink sink_{kAnswerNo};
+  std::unique_ptr<SimulatedObex> sim_;
+  std::unique_ptr<RecordingObex> recorder_;
+  std::unique_ptr<MainController> main_;
+  std::unique_ptr<BasicControl> control_;
+  std::unique_ptr<RunControl> run_;
+  std::unique_ptr<TriggerControl> trigger_;
+  std::unique_ptr<RoutedHooks> hooks_;
+  std::unique_ptr<RunKeyActions> keyActions_;
+  std::unique_ptr<KeyMap> keys_;
+};
+
+}  // namespace zorvik
