@@ -49,8 +49,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   display.inputs().vZoom = vZooms[(data[4] >> 3) & 3];
   display.inputs().hViewFrac = (static_cast<int>(data[5]) - 128) / 128.0;
   display.inputs().vViewFrac = (static_cast<int>(data[6]) - 128) / 256.0;
-  main.SamplesPerDiv = 1 + data[7];
-  main.SamplePeriod = 1e-6f;
+  main.setScale({.SamplePeriod = 1e-6f, .SamplesPerDiv = 1 + data[7]});
   main.cache().TS = static_cast<int32_t>(data[7]) * 8;
   display.SetupDisplay();
   main.setStages(&display);

@@ -147,7 +147,7 @@ DeviceSettingPage* makeSamplingPage(SettingsStore& settings, MainController& mai
               });
   auto* clock = page->findChild<QLineEdit*>("ClockPeriodMCUcur");
   page->onRefresh = [&main, page, rate, period, perSample, clock](const MainState& state) {
-    const double sp = main.SamplePeriod;
+    const double sp = main.scale().SamplePeriod;
     rate->setText(sp > 0 ? QString::fromStdString(engineeringText(1 / sp, "S/s")) : QString("-"));
     period->setText(QString::fromStdString(engineeringText(sp, "s")));
     auto show = [&state](QLineEdit* e, const char* field) {

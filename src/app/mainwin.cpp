@@ -51,6 +51,7 @@
 #include "export/display_pictures.h"
 #include "export/file_dialogs.h"
 #include "export/packet_files.h"
+#include "export/picture_options.h"
 #include "firmware/firmware_update.h"
 #include "link/class_obex.h"
 #include "measure/measurement_pass.h"
@@ -61,63 +62,60 @@ namespace zorvik {
 
 namespace {
 QString q(const std::string& s) { return QString::fromLatin1(s.data(), static_cast<qsizetype>(s.size())); }
-
-// DispShowTime entries in ms.
-constexpr int kShowTimes[10] = {0, 1, 2, 5, 10, 20, 50, 100, 200, 500};
 }  // namespace
 
 mainwin::mainwin(SettingsStore& settings, const InstanceIdentity& identity, std::unique_ptr<ClassOBEX> link,
                  const CommandLine& commandLine)
-    : settings_(settings), sink_(settings, identity.InstanceTitle), link_(std::move(link)) {
+    : settings_(settings), sink_(settings, identity.InstanceTitle) {
   setObjectName("mainwin");
   sink_.setOwner(this);
-  main_ = std::make_unique<MainController>(settings_, sink_, static_cast<MainView&>(*this));
-  main_->setIdentity(identity);
-  control_ = std::make_unique<BasicControl>(*main_);
-  run_ = std::make_unique<RunControl>(*main_);
-  trigger_ = std::make_unique<TriggerControl>(*main_);
-  delay_ = std::make_unique<DelayControl>(*main_, *trigger_);
-  control_->wire(*run_, *trigger_);
-  hooks_ = std::make_unique<RoutedHooks>(*control_, *run_, *trigger_);
-  main_->setHooks(hooks_.get());
   fwWindow_ = new FWupdate(this);
-  firmware_ = std::make_unique<FirmwareUpdate>(*main_, fileDialogs_, *fwWindow_);
-  fwWindow_->attach(firmware_.get());
-  hooks_->firmware = firmware_.get();
-  main_->attachLink(link_.get());
+  session_ = std::make_unique<ScopeSession>(settings_, identity, std::move(link),
+                                            SessionFrontEnd{*this, sink_, fileDialogs_, fwWindow_}, CpuMHz());
+  bindSession();
   main_->devMode = commandLine.dev;
+  keyActions_ = std::make_unique<WindowKeys>(*this, *main_, *run_, *trigger_);
+  session_->setKeyActions(keyActions_.get());
+  session_->keys().devMode = commandLine.dev;
 
-  // The display is the first stage of every packet; the roll stream draws on its surface.
-  displayHost_ = std::make_unique<ControllerDisplayHost>(*main_);
-  scope_ = std::make_unique<ScopeDisplay>(*displayHost_, settings_, CpuMHz());
-  main_->setStages(scope_.get());
-  measure_ = std::make_unique<MeasurementPass>([this] {
-    MeasureInputs in;
-    in.FullScaleVolts = main_->FullScaleVolts;
-    in.ZeroVolts = main_->ZeroVolts;
-    in.SamplePeriod = main_->SamplePeriod;
-    in.autoLevel = trigger_->model().AutoTrig1;
-    in.triggerByte = trigger_->model().level;
-    if (meterMenu_) meterMenu_->fillInputs(in);
-    return in;
+  buildMenus();
+  buildPanel();
+  devicePage_ = new DevicePage(this);
+  guarded([this] { session_->restoreZoom(); });
+  scaleChanged();
+  guarded([this] { HotKey::SetKey(this, "Oscilloscope", settings_); });
+  guarded([this] { meterMenu_->restore(); });
+  guarded([this] {
+    if (settings_.getBool("Spectrum", "Visible")) MeterFFT_Click();
+    if (settings_.getBool("Stat", "Visible")) MeterStat_Click();
   });
-  measure_->onAutoLevel = [this](int level) {
-    if (level != trigger_->model().level) guarded([&] { trigger_->setLevel(level); });
-  };
+  placeWindow();
+  refreshRunControls();
+  stateChanged();
+}
+
+void mainwin::bindSession() {
+  ScopeSession& s = *session_;
+  main_ = &s.main();
+  control_ = &s.control();
+  run_ = &s.run();
+  trigger_ = &s.trigger();
+  delay_ = &s.delay();
+  firmware_ = &s.firmware();
+  files_ = &s.files();
+  scope_ = &s.display();
+  measure_ = &s.measurement();
+  spectrumStage_ = &s.spectrum();
+  statStage_ = &s.stat();
+  recorder_ = &s.recorder();
+  hZoom_ = &s.hZoom();
+  vZoom_ = &s.vZoom();
+  fwWindow_->attach(firmware_);
   measure_->selectionVisible = [this] { return display_ && display_->mouse().selection().visible; };
-  scope_->setNext(measure_.get());
-  spectrumStage_ = std::make_unique<SpectrumStage>([this] {
-    return SpectrumStage::Scale{main_->SamplePeriod, main_->FullScaleVolts, main_->ZeroVolts};
-  });
   spectrumStage_->visible = [this] { return spectrum_ && spectrum_->isVisible(); };
-  measure_->setNext(spectrumStage_.get());
-  statStage_ = std::make_unique<StatStage>([this] { return StatStage::Scale{main_->FullScaleVolts, main_->ZeroVolts}; });
   statStage_->visible = [this] { return stat_ && stat_->isVisible(); };
-  spectrumStage_->setNext(statStage_.get());
-  recorder_ = std::make_unique<AnimationRecorder>();
-  recorder_->capture = [this] {
-    const QAction* labels = findChild<QAction*>("SaveWithLabels");
-    return displayPicture(*scope_, scope_->labels(), labels && labels->isChecked());
+  s.picturesWithLabels = [this] {
+    return PictureOptions(settings_).withLabels();
   };
   // Saved once the packet's handler is done: the dialog must not stand inside it.
   recorder_->onComplete = [this](std::vector<AniGIF::Frame> frames) {
@@ -125,58 +123,31 @@ mainwin::mainwin(SettingsStore& settings, const InstanceIdentity& identity, std:
       guarded([&] { saveAnimation(std::move(frames)); });
     });
   };
-  statStage_->setNext(recorder_.get());
-  files_ = std::make_unique<PacketFiles>(*main_, fileDialogs_);
   main_->storeWindowState = [this] {
     meterMenu_->saveOn();
     settings_.saveBool("Spectrum", "Visible", spectrum_ && spectrum_->isVisible());
     settings_.saveBool("Stat", "Visible", stat_ && stat_->isVisible());
   };
-  rollCanvas_ = std::make_unique<DisplayRollCanvas>(*scope_);
-  main_->setRollCanvas(rollCanvas_.get(), [this] { return rollSettingsOf(*scope_, main_->SamplesPerDiv); });
-  main_->setNoTriggerMsg(scope_->settings().noTrigMsg);
-  hZoom_ = std::make_unique<ViewZoom>(settings_, ZoomAxis::Horizontal);
-  vZoom_ = std::make_unique<ViewZoom>(settings_, ZoomAxis::Vertical);
-  hZoom_->onChange = [this] { horZoomChanged(); };
-  vZoom_->onChange = [this] { vertZoomChanged(); };
-  main_->onRollZoomOff = [this] {
-    // The roll draws its own trace: the zoom goes off without a replay of the last packet.
-    rollStarting_ = true;
-    hZoom_->switchOff();
-    rollStarting_ = false;
+  s.onScaleView = [this] {
+    if (verticalPanel_) verticalPanel_->refresh();
+    if (horizontalPanel_) horizontalPanel_->refresh();
+    if (triggerMarker_) triggerMarker_->refresh();
   };
-  // The fast positions without RIS press the same keys as the user.
-  control_->timebase().onHorZoom = [this](int z) {
-    if (z > 1)
-      hZoom_->keyClicked(z, true);
-    else
-      hZoom_->switchOff();
+  s.onTriggerView = [this] {
+    if (triggerPanel_) triggerPanel_->refresh();
+    if (delayPage_) delayPage_->refresh(0);
+    if (triggerMarker_) triggerMarker_->refresh();
+    if (display_) display_->update();
   };
-  const int showTime = scope_->settings().showTime;
-  main_->setShowTimeMs(kShowTimes[showTime >= 0 && showTime < 10 ? showTime : 0]);
-  if (link_) link_->SetShowTime(main_->ShowTimeMs());
-  control_->timebase().acqWidthPixels = [this] { return scope_->plotWidth(); };
-  control_->channel().onScale.add([this] { scaleChanged(); });
-  control_->timebase().onScale.add([this] { scaleChanged(); });
-
-  keyActions_ = std::make_unique<WindowKeys>(*this, *main_, *run_, *trigger_);
-  keys_ = std::make_unique<KeyMap>(*keyActions_);
-  keys_->devMode = commandLine.dev;
-
-  buildMenus();
-  buildPanel();
-  devicePage_ = new DevicePage(this);
-  restoreZoom();
-  scaleChanged();
-  guarded([this] { HotKey::SetKey(this, "Oscilloscope", settings_); });
-  guarded([this] { meterMenu_->restore(); });
-  guarded([this] {
-    if (settings_.getBool("Spectrum", "Visible", false)) MeterFFT_Click();
-    if (settings_.getBool("Stat", "Visible", false)) MeterStat_Click();
-  });
-  placeWindow();
-  refreshRunControls();
-  stateChanged();
+  s.onHorZoomView = [this] {
+    if (hZoomBar_) hZoomBar_->refresh();
+    if (display_) display_->hideMouseTools();
+  };
+  s.onVertZoomView = [this] {
+    if (vZoomBar_) vZoomBar_->refresh();
+    if (display_) display_->hideMouseTools();
+  };
+  run_->onChange = [this] { refreshRunControls(); };
 }
 
 mainwin::~mainwin() {
@@ -187,10 +158,7 @@ mainwin::~mainwin() {
   stat_ = nullptr;
   delete meterMenu_;
   meterMenu_ = nullptr;
-  main_->attachLink(nullptr);
-  main_->setHooks(nullptr);
-  main_->setRollCanvas(nullptr, {});
-  main_->setStages(nullptr);
+  session_.reset();
 }
 
 void mainwin::buildMenus() {
@@ -213,8 +181,7 @@ void mainwin::buildMenus() {
   if (QMenu* pictures = fileMenu->findChild<QMenu*>("SaveToBMPGIFJPG")) {
     QAction* open = pictures->addAction("show in new window", [this] {
       guarded([this] {
-        const QAction* labels = findChild<QAction*>("SaveWithLabels");
-        showMemo(displayPicture(*scope_, scope_->labels(), labels && labels->isChecked()));
+        showMemo(displayPicture(*scope_, scope_->labels(), PictureOptions(settings_).withLabels()));
       });
     });
     open->setObjectName("OpenBitmapInNewWin");
@@ -388,10 +355,7 @@ void mainwin::buildPanel() {
   WorkMode->setObjectName("WorkMode");
   WorkMode->setAttribute(Qt::WA_Hover);
   WorkMode->installEventFilter(this);
-  connect(WorkMode, &QCheckBox::clicked, this, [this](bool on) {
-    guarded([&] { run_->WorkMode_Click(on); });
-    if (!on) recorder_->stop();  // stopping the acquisitions ends a recording; it is saved
-  });
+  connect(WorkMode, &QCheckBox::clicked, this, [this](bool on) { guarded([&] { run_->WorkMode_Click(on); }); });
   AutoWait = new QCheckBox("AutoRun mode");
   AutoWait->setObjectName("AutoWait");
   connect(AutoWait, &QCheckBox::clicked, this, [this](bool on) { guarded([&] { run_->AutoWait_Click(on); }); });
@@ -415,8 +379,6 @@ void mainwin::buildPanel() {
   modeBox->addLayout(averages);
   FrameMode->setMaximumWidth(220);
   panel->addWidget(FrameMode);
-  run_->onChange = [this] { refreshRunControls(); };
-
   auto* trigBox = new QGroupBox("Trigger");
   auto* trigLayout = new QVBoxLayout(trigBox);
   triggerPanel_ = new TriggerPanel(*trigger_, [this] {
@@ -427,16 +389,6 @@ void mainwin::buildPanel() {
   trigLayout->addWidget(triggerPanel_);
   trigBox->setMaximumWidth(220);
   panel->addWidget(trigBox);
-  trigger_->onChange = [this] {
-    if (triggerPanel_) triggerPanel_->refresh();
-    if (delayPage_) delayPage_->refresh(0);
-    if (triggerMarker_) triggerMarker_->refresh();
-    // The level line and the trigger's place in time follow without a redraw of the trace.
-    fillPlotInputs(scope_->inputs(), control_->channel().model(), control_->timebase().model(), trigger_->model());
-    scope_->refreshTimeBase();
-    scope_->refreshVertical();
-    if (display_) display_->update();
-  };
   panel->addStretch(1);
   row->addLayout(panel);
   setCentralWidget(central);
@@ -489,46 +441,7 @@ void mainwin::clearDisplay() { display_->clear(); }
 void mainwin::packetShown(const std::string&) {}
 
 void mainwin::scaleChanged() {
-  fillPlotInputs(scope_->inputs(), control_->channel().model(), control_->timebase().model(), trigger_->model());
-  scope_->refreshTimeBase();
-  scope_->refreshVertical();
-  if (verticalPanel_) verticalPanel_->refresh();
-  if (horizontalPanel_) horizontalPanel_->refresh();
-  if (triggerMarker_) triggerMarker_->refresh();
-  main_->replayLastPacket();
-}
-
-void mainwin::restoreZoom() {
-  guarded([&] {
-    hZoom_->restore();
-    // A fast position without RIS stands on its own zoom.
-    const int standIn = control_->timebase().model().horZoom;
-    if (standIn > 1 && standIn != hZoom_->factor()) hZoom_->keyClicked(standIn, true);
-    vZoom_->restore();
-  });
-}
-
-void mainwin::horZoomChanged() {
-  control_->timebase().noteHorZoom(hZoom_->factor());
-  scope_->inputs().hZoom = hZoom_->factor();
-  scope_->inputs().hViewFrac = hZoom_->frac();
-  scope_->refreshTimeBase();
-  if (hZoomBar_) hZoomBar_->refresh();
-  if (display_) display_->hideMouseTools();
-  if (rollStarting_) return;
-  scope_->ClearIntensity();
-  main_->setReplotNeeded(true);
-  main_->replayLastPacket();
-}
-
-void mainwin::vertZoomChanged() {
-  scope_->inputs().vZoom = static_cast<float>(vZoom_->factor());
-  scope_->inputs().vViewFrac = vZoom_->frac();
-  if (vZoomBar_) vZoomBar_->refresh();
-  if (display_) display_->hideMouseTools();
-  scope_->ClearIntensity();
-  // The channel's zoom scale moves the labels; its scale change replays the packet.
-  control_->channel().setVertZoom(vZoom_->factor(), vZoom_->value(), ViewZoom::kMin, ViewZoom::kMax);
+  guarded([this] { session_->refreshScale(); });
 }
 
 void mainwin::selectionMenu(QPoint at) {
@@ -581,7 +494,7 @@ void mainwin::buildAnimationMenu(QMenu* file) {
   QAction* ring = menu->addAction("Ring mode");
   ring->setObjectName("RingAnimatedGIF");
   ring->setCheckable(true);
-  ring->setChecked(settings_.getBool("Save", "AnimatedGIFring", false));
+  ring->setChecked(settings_.getBool("Save", "AnimatedGIFring"));
   recorder_->ring = ring->isChecked();
   connect(ring, &QAction::toggled, this, [this](bool on) {
     recorder_->ring = on;
@@ -598,8 +511,7 @@ void mainwin::saveAnimation(std::vector<AniGIF::Frame> frames) {
     hold.keepStopped();
     return;
   }
-  const QAction* transparent = findChild<QAction*>("transparentGIF");
-  const uint32_t colour = transparent && transparent->isChecked()
+  const uint32_t colour = PictureOptions(settings_).transparentGif()
                               ? static_cast<uint32_t>(scope_->settings().backColor) & 0xFFFFFF
                               : AniGIF::kNoTransparent;
   AniGIF().SaveAnimGIF(frames, path, colour);
@@ -633,14 +545,8 @@ void mainwin::zoomToSelection() {
 
 void mainwin::displaySettingChanged(const char* name, bool setup) {
   guarded([&] {
-    scope_->saveSetting(name);
-    if (setup) {
-      scope_->SetupDisplay();
-      displayGeometryChanged();
-    }
-    scope_->ClearIntensity();
-    main_->setReplotNeeded(true);
-    main_->replayLastPacket();
+    session_->displaySettingChanged(name, setup);
+    if (setup) displayGeometryChanged();
   });
 }
 
@@ -705,7 +611,7 @@ void mainwin::keyPressEvent(QKeyEvent* event) {
   std::string key = keyName(event);
   bool taken = false;
   guarded([&] {
-    taken = !key.empty() && keys_->press(key, QDateTime::currentMSecsSinceEpoch(),
+    taken = !key.empty() && session_->keys().press(key, QDateTime::currentMSecsSinceEpoch(),
                                          event->modifiers() & Qt::ShiftModifier, event->modifiers() & Qt::AltModifier);
   });
   if (!taken) QMainWindow::keyPressEvent(event);

@@ -14,7 +14,7 @@
 #include "config/settings.h"
 #include "session/basic_control.h"
 #include "session/main_controller.h"
-#include "session/routed_hooks.h"
+#include "session/scope_session.h"
 #include "session/run_control.h"
 #include "session/run_key_actions.h"
 #include "ui/file_dialog_qt.h"
@@ -67,6 +67,7 @@ class mainwin : public QMainWindow, private MainView {
   QtMessageSink& messages() { return sink_; }
   ScopeDisplay& display() { return *scope_; }
   BasicControl& control() { return *control_; }
+  ScopeSession& session() { return *session_; }
   TriggerControl& trigger() { return *trigger_; }
 
   // A display setting changed by a key: stored, and the picture drawn anew; `setup` lays the display out.
@@ -97,12 +98,10 @@ class mainwin : public QMainWindow, private MainView {
   void buildPanel();
   void placeWindow();
   void refreshRunControls();
+  // The session's parts this window binds to, once the session stands.
+  void bindSession();
   // The controllers' scale reaches the display: inputs, labels, and the last packet drawn anew.
   void scaleChanged();
-  // The view zoom of an axis changed: the plotter's inputs, the bars, and the packet drawn anew.
-  void horZoomChanged();
-  void vertZoomChanged();
-  void restoreZoom();
   // The selection's menu on the display, and its first item: the zoom that shows the selection.
   void selectionMenu(QPoint at);
   // The Spectral item: the spectrum window opens (the last packet runs through it) or closes.
@@ -124,12 +123,22 @@ class mainwin : public QMainWindow, private MainView {
   QMenu* registryMenu_ = nullptr;
   QtMessageSink sink_;
   QtFileDialogs fileDialogs_{this};
-  std::unique_ptr<ClassOBEX> link_;
-  std::unique_ptr<MainController> main_;
-  std::unique_ptr<BasicControl> control_;
-  std::unique_ptr<RunControl> run_;
-  std::unique_ptr<TriggerControl> trigger_;
-  std::unique_ptr<DelayControl> delay_;
+  std::unique_ptr<ScopeSession> session_;
+  // The session's parts, bound once it stands.
+  MainController* main_ = nullptr;
+  BasicControl* control_ = nullptr;
+  RunControl* run_ = nullptr;
+  TriggerControl* trigger_ = nullptr;
+  DelayControl* delay_ = nullptr;
+  FirmwareUpdate* firmware_ = nullptr;
+  PacketFiles* files_ = nullptr;
+  ScopeDisplay* scope_ = nullptr;
+  MeasurementPass* measure_ = nullptr;
+  SpectrumStage* spectrumStage_ = nullptr;
+  StatStage* statStage_ = nullptr;
+  AnimationRecorder* recorder_ = nullptr;
+  ViewZoom* hZoom_ = nullptr;
+  ViewZoom* vZoom_ = nullptr;
   TriggerPanel* triggerPanel_ = nullptr;
   TriggerMarker* triggerMarker_ = nullptr;
   DelayPage* delayPage_ = nullptr;
@@ -139,32 +148,19 @@ class mainwin : public QMainWindow, private MainView {
   DeviceSettingPage* memoryPage_ = nullptr;
   DeviceSettingPage* clockPage_ = nullptr;
   DeviceSettingPage* trigPage_ = nullptr;
-  std::unique_ptr<RoutedHooks> hooks_;
   std::unique_ptr<KeyActions> keyActions_;
-  std::unique_ptr<KeyMap> keys_;
 
-  std::unique_ptr<MeasurementPass> measure_;  // behind the display in the packet's stages
   MeterMenu* meterMenu_ = nullptr;
-  std::unique_ptr<SpectrumStage> spectrumStage_;  // behind the measurement pass
-  std::unique_ptr<PacketFiles> files_;
   Spectrum* spectrum_ = nullptr;
   QAction* MeterFFT = nullptr;
-  std::unique_ptr<StatStage> statStage_;  // behind the spectrum
   Stat* stat_ = nullptr;
   QAction* MeterStat = nullptr;
-  std::unique_ptr<AnimationRecorder> recorder_;  // the last stage
   FWupdate* fwWindow_ = nullptr;
-  std::unique_ptr<FirmwareUpdate> firmware_;
-  std::unique_ptr<ControllerDisplayHost> displayHost_;
-  std::unique_ptr<ScopeDisplay> scope_;
-  std::unique_ptr<DisplayRollCanvas> rollCanvas_;
   ScopeDisplayWindow* display_ = nullptr;
   VerticalPanel* verticalPanel_ = nullptr;
   HorizontalPanel* horizontalPanel_ = nullptr;
-  std::unique_ptr<ViewZoom> hZoom_, vZoom_;
   ZoomBar* hZoomBar_ = nullptr;
   ZoomBar* vZoomBar_ = nullptr;
-  bool rollStarting_ = false;
   DevicePage* devicePage_ = nullptr;
   QPushButton* KeyConnect = nullptr;
   QPushButton* KeyStart = nullptr;

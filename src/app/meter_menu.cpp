@@ -31,22 +31,20 @@ MeterMenu::MeterMenu(QMenu* menu, SettingsStore& settings, MeasurementPass& pass
     items_[m.meter] = a;
   }
   menu->addSeparator();
-  byLevel_ = std::clamp(settings_.getInt(kSection, "TimingsLevel", 2), 0, 3);
-  negativePolarity_ = settings_.getBool(kSection, "TimingPolarity", false);
-  level2080_ = settings_.getBool(kSection, "RiseFallLevels2080", false);
-  radio(menu, "meas.level by", "byLevel", {"screen center", "peaks center", "rails center", "trigger level"}, byLevel_,
+  MeasureOptions& o = pass_.options;
+  radio(menu, "meas.level by", "byLevel", {"screen center", "peaks center", "rails center", "trigger level"}, o.byLevel,
         [this](int i) {
-          byLevel_ = i;
-          settings_.saveInt(kSection, "TimingsLevel", i);
+          pass_.options.byLevel = i;
+          saveMeasureOptions(settings_, pass_.options);
         });
-  radio(menu, "polarity", "MeterPolarity", {"positive (from rises)", "negative (from falls)"}, negativePolarity_ ? 1 : 0,
+  radio(menu, "polarity", "MeterPolarity", {"positive (from rises)", "negative (from falls)"}, o.negativePolarity ? 1 : 0,
         [this](int i) {
-          negativePolarity_ = i == 1;
-          settings_.saveBool(kSection, "TimingPolarity", negativePolarity_);
+          pass_.options.negativePolarity = i == 1;
+          saveMeasureOptions(settings_, pass_.options);
         });
-  radio(menu, "Levels", "RiseFallLevels", {"10%-90%", "20%-80%"}, level2080_ ? 1 : 0, [this](int i) {
-    level2080_ = i == 1;
-    settings_.saveBool(kSection, "RiseFallLevels2080", level2080_);
+  radio(menu, "Levels", "RiseFallLevels", {"10%-90%", "20%-80%"}, o.level2080 ? 1 : 0, [this](int i) {
+    pass_.options.level2080 = i == 1;
+    saveMeasureOptions(settings_, pass_.options);
   });
   pass_.onMeasured = [this](const SegmentData& s, int n, const MeasureInputs& in) { feed(s, n, in); };
 }
@@ -75,19 +73,13 @@ void MeterMenu::radio(QMenu* parent, const char* title, const char* object, cons
   }
 }
 
-void MeterMenu::fillInputs(MeasureInputs& in) const {
-  in.byLevel = byLevel_;
-  in.negativePolarity = negativePolarity_;
-  in.level2080 = level2080_;
-}
-
 unimeter* MeterMenu::meter(Meter m) const {
   auto it = meters_.find(m);
   return it == meters_.end() ? nullptr : it->second;
 }
 
 void MeterMenu::restore() {
-  const std::string on = settings_.GetSettingValue(kSection, "On", "");
+  const std::string on = settings_.getText(kSection, "On");
   for (char c : on) {
     const int index = static_cast<unsigned char>(c) - 48;
     for (const MeterInfo& m : meterTable())

@@ -33,8 +33,6 @@ class MeterMenu : public QObject {
   // "Meters/On" from the check marks.
   void saveOn();
   unimeter* meter(Meter m) const;
-  // The choices of the timing meters, for the pass.
-  void fillInputs(MeasureInputs& in) const;
 
  private:
   bool MeterOpenClose(Meter m, bool close);
@@ -49,8 +47,6 @@ class MeterMenu : public QObject {
   std::function<void(const std::string&)> fault_;
   std::map<Meter, QAction*> items_;
   std::map<Meter, unimeter*> meters_;
-  int byLevel_ = 2;
-  bool negativePolarity_ = false, level2080_ = false;
 };
 
 }  // namespace zorvik

@@ -29,7 +29,7 @@ PacketInfo readPacketFile(const std::string& path, std::string& packet) {
   return info;
 }
 
-bool takeScaleOption(const std::vector<std::string>& args, size_t& i, RecordScale& scale) {
+bool takeScaleOption(const std::vector<std::string>& args, size_t& i, ScaleOptions& scale) {
   std::string v;
   if (takeValue(args, i, "--volts-per-div", v)) {
     scale.voltsPerDiv = numberOption("--volts-per-div", v);

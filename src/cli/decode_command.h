@@ -19,10 +19,10 @@ PacketInfo readPacketFile(const std::string& path, std::string& packet);
 
 // The scale a packet file doesn't hold, from --volts-per-div V, --zero V and --sample-period S (0.2 V a
 // division at 0 V and 1 us a sample unless given). True when args[i] was one of them.
-struct RecordScale {
+struct ScaleOptions {
   double voltsPerDiv = 0.2, zero = 0, samplePeriod = 1e-6;
 };
-bool takeScaleOption(const std::vector<std::string>& args, size_t& i, RecordScale& scale);
+bool takeScaleOption(const std::vector<std::string>& args, size_t& i, ScaleOptions& scale);
 // A word that is no known option: the one file; an unknown option or a second file is a fault.
 void takeFileArgument(const std::string& word, std::string& file, const char* usage);
 

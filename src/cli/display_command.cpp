@@ -90,7 +90,11 @@ HeadlessDisplay::HeadlessDisplay(const DisplayOptions& options)
 HeadlessDisplay::~HeadlessDisplay() { main_.setStages(nullptr); }
 
 void HeadlessDisplay::packet(const std::string& bytes, int samplesPerDiv) {
-  main_.SamplesPerDiv = samplesPerDiv >= 1 ? samplesPerDiv : 16;
+  {
+    RecordScale scale = main_.scale();
+    scale.SamplesPerDiv = samplesPerDiv >= 1 ? samplesPerDiv : 16;
+    main_.setScale(scale);
+  }
   main_.setPacketCount(main_.PacketCount() + 1);
   main_.ProcessPacket(bytes);
   main_.setLastPacket(bytes);

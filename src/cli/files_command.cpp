@@ -111,7 +111,7 @@ int simulate(const SimRun& run, std::ostream& out, std::ostream& err) {
     QJsonObject f;
     f["file"] = QString::fromStdString(name);
     f["bytes"] = static_cast<qint64>(kZrvMagic.size() + 2 + main.LastPacket().size());
-    f["samples_per_div"] = main.SamplesPerDiv;
+    f["samples_per_div"] = main.scale().SamplesPerDiv;
     files.append(f);
   }
   if (main.Online()) {

@@ -26,7 +26,7 @@ QJsonValue number(double v) { return std::isfinite(v) ? QJsonValue(v) : QJsonVal
 
 int runMeasureCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream&) {
   std::string file, v;
-  RecordScale scale;
+  ScaleOptions scale;
   MeasureInputs in;
   for (size_t i = 0; i < args.size(); ++i) {
     if (takeScaleOption(args, i, scale)) {

@@ -3,7 +3,10 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <algorithm>
+#include <cmath>
 #include <cstdlib>
+#include <set>
 
 #include "session/command_line.h"
 #include "config/registry_settings.h"
@@ -11,7 +14,11 @@
 #include "config/text_number.h"
 #include "core/fault.h"
 #include "export/packet_files.h"
+#include "measure/measurement_pass.h"
+#include "measure/meter_readings.h"
 #include "session/headless_session.h"
+#include "spectrum/spectrum_stage.h"
+#include "stat/stat_stage.h"
 
 namespace zorvik {
 
@@ -72,11 +79,70 @@ QJsonObject registers(const DeviceCache& c) {
   return r;
 }
 
+// JSON has no NaN or infinity: such a value is written as null.
+QJsonValue number(double v) { return std::isfinite(v) ? QJsonValue(v) : QJsonValue(); }
+
+// --meters all or a comma list of mnemonics (DCV,FRH,...).
+std::set<Meter> meterList(const std::string& text) {
+  std::set<Meter> out;
+  if (text == "all") {
+    for (const MeterInfo& m : meterTable()) out.insert(m.meter);
+    return out;
+  }
+  size_t start = 0;
+  while (start <= text.size()) {
+    const size_t comma = text.find(',', start);
+    const std::string name = text.substr(start, comma == std::string::npos ? std::string::npos : comma - start);
+    bool known = false;
+    for (const MeterInfo& m : meterTable())
+      if (name == m.mnemonic) {
+        out.insert(m.meter);
+        known = true;
+      }
+    if (!known) throw Fault("--meters takes all or a list of DCV, PHV, ...; not \"" + name + "\"");
+    if (comma == std::string::npos) break;
+    start = comma + 1;
+  }
+  return out;
+}
+
+// The open meters as their windows show them after the last packet: the value, or the status in its place.
+QJsonObject meterReadings(ScopeSession& s, const std::set<Meter>& open) {
+  const MeasurementPass& pass = s.measurement();
+  const MeasurementPass::LastPass& last = pass.lastPass();
+  const MeterContext ctx{last.isHiRes, last.in.FullScaleVolts, last.in.ZeroVolts, last.in.SamplePeriod, last.n};
+  QJsonObject meters;
+  for (const MeterInfo& m : meterTable()) {
+    if (!open.count(m.meter)) continue;
+    const MeterReading r = readMeter(m.meter, pass.calc(), pass.timing(), ctx);
+    meters[m.mnemonic] = r.status.empty() ? number(r.value) : QJsonValue(QString::fromStdString(r.status));
+  }
+  return meters;
+}
+
+QJsonObject spectrumReading(ScopeSession& s) {
+  const SpectrumEngine& e = s.spectrum().engine();
+  const double binHz = e.SpecBins > 0 ? e.MaxFreq / e.SpecBins : 0;
+  return QJsonObject{{"computed", s.spectrum().HaveData()},
+                     {"peak_bin", e.PeakBin},
+                     {"peak_freq", e.PeakBin * binHz},
+                     {"peak_amp", e.PeakAmp}};
+}
+
+QJsonObject histogramReading(ScopeSession& s) {
+  const HistogramEngine& e = s.stat().engine();
+  int32_t maxCount = 0;
+  for (int32_t c : e.HistCount) maxCount = std::max(maxCount, c);
+  return QJsonObject{{"built", s.stat().HaveData()}, {"samples", e.HistSamples}, {"max_count", maxCount}};
+}
+
 }  // namespace
 
 int runSessionCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err) {
   SessionOptions opt;
   std::string saveLast;
+  std::set<Meter> meters;
+  bool spectrum = false, histogram = false;
   std::vector<std::string> rest;
   for (size_t i = 0; i < args.size(); ++i) {
     auto value = [&](const std::string& name) {
@@ -105,6 +171,12 @@ int runSessionCommand(const std::vector<std::string>& args, std::ostream& out, s
       saveLast = value("--save-last");
     } else if (args[i] == "--single") {
       opt.single = true;
+    } else if (args[i] == "--meters") {
+      meters = meterList(value("--meters"));
+    } else if (args[i] == "--spectrum") {
+      spectrum = true;
+    } else if (args[i] == "--histogram") {
+      histogram = true;
     } else {
       rest.push_back(args[i]);
     }
@@ -121,6 +193,11 @@ int runSessionCommand(const std::vector<std::string>& args, std::ostream& out, s
     settings.SaveSettingValue(a.section, a.name, a.value);
   }
   HeadlessSession session(settings, opt.simOptions);
+  // The readers run as they do behind open windows in the program.
+  ScopeSession& core = session.session();
+  core.measurement().open = meters;
+  core.spectrum().visible = [spectrum] { return spectrum; };
+  core.stat().visible = [histogram] { return histogram; };
   SessionResult result = session.run(opt);
 
   MainController& m = session.main();
@@ -135,10 +212,10 @@ int runSessionCommand(const std::vector<std::string>& args, std::ostream& out, s
   o["status_text"] = QString::fromStdString(result.statusText);
   o["no_trigger_visible"] = result.noTriggerVisible;
   o["frame_rate"] = m.state().fps;
-  o["SamplePeriod"] = floatNumber(m.SamplePeriod);
-  o["FullScaleVolts"] = floatNumber(m.FullScaleVolts);
-  o["ZeroVolts"] = floatNumber(m.ZeroVolts);
-  o["SamplesPerDiv"] = m.SamplesPerDiv;
+  o["SamplePeriod"] = floatNumber(m.scale().SamplePeriod);
+  o["FullScaleVolts"] = floatNumber(m.scale().FullScaleVolts);
+  o["ZeroVolts"] = floatNumber(m.scale().ZeroVolts);
+  o["SamplesPerDiv"] = m.scale().SamplesPerDiv;
   o["TimeDiv"] = session.control().timebase().model().TimeDiv;
   o["VoltPerDiv"] = session.control().channel().model().scrollCH1;
   o["rolls"] = QJsonObject{{"chunks", session.link().rollChunks},
@@ -153,6 +230,9 @@ int runSessionCommand(const std::vector<std::string>& args, std::ostream& out, s
     log.append(j);
   }
   o["packet_log"] = log;
+  if (!meters.empty()) o["meters"] = meterReadings(core, meters);
+  if (spectrum) o["spectrum"] = spectrumReading(core);
+  if (histogram) o["histogram"] = histogramReading(core);
   QJsonArray msgs;
   for (const auto& msg : session.messages().messages) {
     QJsonObject j;

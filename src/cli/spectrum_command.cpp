@@ -26,7 +26,7 @@ const char* const kUsage =
 int runSpectrumCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream&) {
   std::string file, v;
   SpectrumSettings settings;
-  RecordScale scale;
+  ScaleOptions scale;
   int lines = 5, thd = 0;
   bool sinxx = false, power = false, band = false;
   std::string bandMin, bandMax;

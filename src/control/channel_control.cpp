@@ -4,8 +4,8 @@
 #include <cstdio>
 
 #include "config/text_number.h"
-#include "control/whole_numbers.h"
 #include "core/fault.h"
+#include "core/whole_numbers.h"
 #include "link/device_context.h"
 
 namespace zorvik {
@@ -43,13 +43,13 @@ void ChannelControl::changed() {
 
 void ChannelControl::loadSettings() {
   SettingsStore& s = main_.settings();
-  model_.HardwShift1 = s.getBool(kSection, "ShiftEnable", true);
-  model_.OpenClose1 = s.getInt(kSection, "CloseInput", 1) != 0;
+  model_.HardwShift1 = s.getBool(kSection, "ShiftEnable");
+  model_.OpenClose1 = s.getInt(kSection, "CloseInput") != 0;
   model_.Ground1 = false;  // the ground is stored for the record only
-  model_.FilterH1 = s.getInt(kSection, "FilterInputH", 0) != 0;
-  model_.FilterL1 = s.getInt(kSection, "FilterInputL", 0) != 0;
+  model_.FilterH1 = s.getInt(kSection, "FilterInputH") != 0;
+  model_.FilterL1 = s.getInt(kSection, "FilterInputL") != 0;
   echoedFilterH_ = model_.FilterH1;
-  applyMode(storedMode(s.GetSettingValue(kSection, "AcqMode", kAcqModeTexts[kModePeakNI])));
+  applyMode(storedMode(s.getText(kSection, "AcqMode")));
 
   DeviceCache& c = main_.cache();
   c.O1 = o1Value();
@@ -58,7 +58,7 @@ void ChannelControl::loadSettings() {
   model_.FullScale = voltDivValue(model_.scrollCH1) * 8;
   c.V1 = v1Value();
   offlineSensitivity();
-  model_.VScroll1 = std::clamp(s.getInt(kSection, "Offset", 0), kVScroll1Min, kVScroll1Max);
+  model_.VScroll1 = std::clamp(s.getInt(kSection, "Offset"), kVScroll1Min, kVScroll1Max);
   model_.OffsetVolts = offsetFromScroll(model_.VScroll1);
   c.P1 = p1Value();
   zoomScale();
@@ -67,13 +67,13 @@ void ChannelControl::loadSettings() {
 
 // --- register values -------------------------------------------------------------------------------
 
-int32_t ChannelControl::v1Value() const { return roundToInt32(model_.FullScale * 1000.0 / 8, "V1"); }
+int32_t ChannelControl::v1Value() const { return roundToInt32OrFault(model_.FullScale * 1000.0 / 8, "V1"); }
 
 int16_t ChannelControl::p1Value() const {
   if (model_.FullScale == 0) throw Fault("Division by zero: the full scale is 0 V");
   // An offset kept from a coarser V/div may pass the register's range: the device takes its limit.
   double p1 = std::clamp(static_cast<double>(model_.OffsetVolts) * 256 / model_.FullScale, -32768.0, 32767.0);
-  return static_cast<int16_t>(roundToInt32(p1, "P1"));
+  return static_cast<int16_t>(roundToInt32OrFault(p1, "P1"));
 }
 
 uint8_t ChannelControl::o1Value() const {
@@ -205,7 +205,8 @@ void ChannelControl::fitScroll() {
   else if (v <= lo)
     model_.VScroll1 = kVScroll1Min;
   else
-    model_.VScroll1 = kVScroll1Min + roundToInt32(static_cast<double>(range) * (v - lo) / (hi - lo), "VScroll1");
+    model_.VScroll1 =
+        kVScroll1Min + roundToInt32OrFault(static_cast<double>(range) * (v - lo) / (hi - lo), "VScroll1");
   double step = std::nearbyint(static_cast<double>(model_.FullScale) * (range - 2) / (hi - lo));
   model_.VScroll1LargeStep = step < 1 ? 1 : step >= range ? range : static_cast<int>(step);
 }
@@ -279,8 +280,10 @@ void ChannelControl::zoomScale() {
 }
 
 void ChannelControl::displayScale() {
-  main_.FullScaleVolts = model_.FullScale;
-  main_.ZeroVolts = model_.OffsetVolts;
+  RecordScale scale = main_.scale();
+  scale.FullScaleVolts = model_.FullScale;
+  scale.ZeroVolts = model_.OffsetVolts;
+  main_.setScale(scale);
   main_.setReplotNeeded(true);
   onScale();
 }

@@ -3,10 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
-#include "config/catalogue.h"
-#include "config/text_number.h"
-#include "control/whole_numbers.h"
 #include "core/fault.h"
+#include "core/whole_numbers.h"
 #include "link/device_context.h"
 
 namespace zorvik {
@@ -17,10 +15,6 @@ namespace {
 
 constexpr const char* kSection = "Sampling";
 const char* const kRuleLimits[7] = {"MCl", "MCh", "TOv", "TOl", "TMl", "TMh", "TPl"};
-
-int defaultInt(const char* section, const char* name) {
-  return static_cast<int>(textToNumber(catalogueDefault(section, name, 0), 0));
-}
 
 int32_t limitEntry(const std::array<std::array<int32_t, kLimitColumns>, kLimitRows>& table, int row, int column) {
   if (row < 0 || row >= kLimitRows || column < 0 || column >= kLimitColumns)
@@ -35,16 +29,16 @@ TimebaseControl::TimebaseControl(DeviceContext& main) : main_(main) { loadSettin
 
 void TimebaseControl::loadSettings() {
   SettingsStore& s = main_.settings();
-  model_.SampleMemoDepth = std::clamp(s.getInt(kSection, "MemoDepth", defaultInt(kSection, "MemoDepth")), 0, 3);
-  model_.EnableRIS = s.getInt(kSection, "RIS", defaultInt(kSection, "RIS")) != 0;
+  model_.SampleMemoDepth = std::clamp(s.getInt(kSection, "MemoDepth"), 0, 3);
+  model_.EnableRIS = s.getInt(kSection, "RIS") != 0;
   model_.fastEntriesEnabled = model_.EnableRIS;
-  model_.KeepPropPresamp = s.getInt(kSection, "KeepPropPresmp", defaultInt(kSection, "KeepPropPresmp")) == 1;
-  model_.RealtmDraw = s.getInt(kSection, "ROLL", defaultInt(kSection, "ROLL")) != 0;
-  model_.ParallPlotEn = s.getBool(kSection, "RollEn", true);
+  model_.KeepPropPresamp = s.getInt(kSection, "KeepPropPresmp") == 1;
+  model_.RealtmDraw = s.getInt(kSection, "ROLL") != 0;
+  model_.ParallPlotEn = s.getBool(kSection, "RollEn");
   main_.cache().RS = static_cast<uint8_t>((model_.RealtmDraw ? 2 : 0) + (model_.EnableRIS ? 1 : 0));
 
-  int position = std::clamp(s.getInt(kSection, "TimePerDiv", defaultInt(kSection, "TimePerDiv")), kTimeDivFirst,
-                            kTimeDivLast);
+  // A first start stands at the lowest position of the list.
+  int position = std::clamp(s.getInt(kSection, "TimePerDiv", kTimeDivFirst), kTimeDivFirst, kTimeDivLast);
   model_.ScrollTimeDiv = lastPosition_ = position;
   // The display restores its own zoom; the list stands where the fast position put it.
   bool standIn = position < kTimeDivRealTime && !model_.EnableRIS;
@@ -151,8 +145,12 @@ void TimebaseControl::SetupTimeDiv() {
     changed();
     return;
   }
-  if (main_.SamplesPerDiv == 0) throw Fault("Division by zero: SamplesPerDiv is 0");
-  main_.SamplePeriod = secondsPerDiv() / static_cast<float>(main_.SamplesPerDiv);
+  if (main_.scale().SamplesPerDiv == 0) throw Fault("Division by zero: SamplesPerDiv is 0");
+  {
+    RecordScale scale = main_.scale();
+    scale.SamplePeriod = secondsPerDiv() / static_cast<float>(main_.scale().SamplesPerDiv);
+    main_.setScale(scale);
+  }
   main_.setReplotNeeded(true);
   updateCentre();
   onScale();
@@ -165,8 +163,8 @@ TimebaseRuleResult TimebaseControl::PutGetRegisterMCTSRS(float timePerDiv) {
   TimebaseRuleInput in;
   in.timePerDiv = timePerDiv;
   in.limits = {c.MCd, c.MCl, c.MCh, c.TOv, c.TOl, c.TMl, c.TMh, c.TPl};
-  ClockSettings clock{s.getInt("MCUclock", "Minimum", 0), s.getInt("MCUclock", "Manual min", 0),
-                      s.getInt("MCUclock", "Maximum", 0), s.getInt("MCUclock", "Manual max", 0)};
+  ClockSettings clock{s.getInt("MCUclock", "Minimum"), s.getInt("MCUclock", "Manual min"),
+                      s.getInt("MCUclock", "Maximum"), s.getInt("MCUclock", "Manual max")};
   in.clock = model_.clock = clockWindow(in.limits, clock);
   in.EnableRIS = model_.EnableRIS;
   in.MaximizeClock = model_.MaximizeClock;
@@ -176,7 +174,11 @@ TimebaseRuleResult TimebaseControl::PutGetRegisterMCTSRS(float timePerDiv) {
   presentTimePerDiv_ = timePerDiv;
 
   TimebaseRuleResult r = selectTimebase(in);
-  main_.SamplesPerDiv = r.SamplesPerDiv;
+  {
+    RecordScale scale = main_.scale();
+    scale.SamplesPerDiv = r.SamplesPerDiv;
+    main_.setScale(scale);
+  }
   model_.ScreenSamples = r.ScreenSamples;
   field("DeviceSamplingPage.CurSamplesPerDiv", r.SamplesPerDiv);
   if (!r.ok()) {
@@ -235,8 +237,12 @@ void TimebaseControl::PutGetRegisterTC() {
 
 bool TimebaseControl::followSamplePeriod() {
   const DeviceCache& c = main_.cache();
-  main_.SamplePeriod = static_cast<float>(c.TS / 256.0 * c.MC * 1e-11);
-  const float division = static_cast<float>(main_.SamplesPerDiv) * main_.SamplePeriod;
+  {
+    RecordScale scale = main_.scale();
+    scale.SamplePeriod = static_cast<float>(c.TS / 256.0 * c.MC * 1e-11);
+    main_.setScale(scale);
+  }
+  const float division = static_cast<float>(main_.scale().SamplesPerDiv) * main_.scale().SamplePeriod;
   bool found = false;
   for (int position = 0; position < kTimeDivCount; ++position) {
     const float value = timeDivValue(position);
@@ -368,8 +374,9 @@ void TimebaseControl::presampleLimitStep() {
       target = static_cast<int64_t>(model_.HScrollCenterValue) * c.TCh / former;
     } else if (former < 1) {
       // The first limit since start: the stored share of presamples comes back.
-      int perMille = main_.settings().getInt(kSection, "PreSamples", 0);
-      target = roundToInt32(std::clamp(perMille, 0, 1000) * static_cast<double>(c.TCh) / 1000, "presamples");
+      int perMille = main_.settings().getInt(kSection, "PreSamples");
+      target =
+          roundToInt32OrFault(std::clamp(perMille, 0, 1000) * static_cast<double>(c.TCh) / 1000, "presamples");
     }
     target = std::clamp<int64_t>(target, 0, c.TCh);
     if (target != model_.HScrollCenterValue) HScrollCenter_Change(static_cast<int>(target));
@@ -389,8 +396,8 @@ void TimebaseControl::showPresamples() {
 
 void TimebaseControl::storePresamples() {
   if (model_.HScrollCenterMax < 1) return;
-  main_.settings().saveInt(kSection, "PreSamples",
-                           roundToInt32(model_.HScrollCenterValue * 1000.0 / model_.HScrollCenterMax, "PreSamples"));
+  const double perMille = model_.HScrollCenterValue * 1000.0 / model_.HScrollCenterMax;
+  main_.settings().saveInt(kSection, "PreSamples", roundToInt32OrFault(perMille, "PreSamples"));
 }
 
 void TimebaseControl::HScrollCenter_Change(int value) {
@@ -424,9 +431,9 @@ void TimebaseControl::updateCentre() {
   const DeviceCache& c = main_.cache();
   const float q = static_cast<float>(c.QS >= 1 ? c.QS : model_.HScrollCenterMax);
   if (model_.DelaySeconds == 0)
-    model_.CentreTime = (q / 2 - static_cast<float>(c.TC)) * main_.SamplePeriod;
+    model_.CentreTime = (q / 2 - static_cast<float>(c.TC)) * main_.scale().SamplePeriod;
   else
-    model_.CentreTime = q / 2 * main_.SamplePeriod + model_.DelaySeconds;
+    model_.CentreTime = q / 2 * main_.scale().SamplePeriod + model_.DelaySeconds;
 }
 
 }  // namespace zorvik

@@ -53,8 +53,12 @@ void RestorePacketFile(DeviceContext& main, const std::string& path) {
     return;
   }
   if (contents->samplesPerDiv) {
-    main.SamplesPerDiv = *contents->samplesPerDiv;
-    main.mutableState().fields[kCurSamplesPerDivField] = std::to_string(main.SamplesPerDiv);
+    {
+      RecordScale scale = main.scale();
+      scale.SamplesPerDiv = *contents->samplesPerDiv;
+      main.setScale(scale);
+    }
+    main.mutableState().fields[kCurSamplesPerDivField] = std::to_string(main.scale().SamplesPerDiv);
     main.changed();
   }
   main.setLastPacket(contents->packet);
@@ -70,7 +74,7 @@ void restoreDefaultPacket(DeviceContext& main) {
 }
 
 void saveLastPacketTo(DeviceContext& main, const std::string& path) {
-  writeFileReplacing(path, makeZrv(main.LastPacket(), main.SamplesPerDiv));
+  writeFileReplacing(path, makeZrv(main.LastPacket(), main.scale().SamplesPerDiv));
 }
 
 }  // namespace zorvik

@@ -21,6 +21,14 @@ struct InstanceIdentity {
 };
 InstanceIdentity makeIdentity(int instance);
 
+// The scale of a record: what turns sample codes and indices into volts and seconds.
+struct RecordScale {
+  float SamplePeriod = 1e-6f;   // seconds per sample
+  float FullScaleVolts = 1.6f;  // volts over the eight divisions of the screen's height
+  float ZeroVolts = 0.0f;       // volts at mid code
+  int SamplesPerDiv = 16;       // samples in one division of 32 pixels at horizontal zoom 1
+};
+
 // What the front-panel controllers, the files and the firmware update see of the session: the link, the
 // register cache, the settings, the message sink, the window's state and the record's scale. The session
 // (header dispatch, start-up, the packet entry) fills it; it lives above the controllers that use this.
@@ -81,11 +89,10 @@ class DeviceContext {
   void changed() { view_.stateChanged(); }
   MainState& mutableState() { return state_; }
 
-  // The scale of the record, kept by the channel and time-base controllers and read by every reader.
-  float SamplePeriod = 1e-6f;   // seconds per sample
-  float FullScaleVolts = 1.6f;  // volts over the eight divisions of the screen's height
-  float ZeroVolts = 0.0f;       // volts at mid code
-  int SamplesPerDiv = 16;       // samples in one division of 32 pixels at horizontal zoom 1
+  // The scale of the record, kept by the channel and time-base controllers and read by every reader;
+  // every change goes through the one setter.
+  const RecordScale& scale() const { return scale_; }
+  void setScale(const RecordScale& scale) { scale_ = scale; }
 
  protected:
   static constexpr const char* kLimitNames[7] = {"TOv", "TOl", "MCl", "MCh", "TMl", "TMh", "TPl"};
@@ -109,6 +116,9 @@ class DeviceContext {
   int32_t packetCount_ = 0;
   int32_t showTimeMs_ = 0;
   std::string lastPacket_;
+
+ private:
+  RecordScale scale_;
 };
 
 }  // namespace zorvik

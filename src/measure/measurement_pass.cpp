@@ -15,6 +15,7 @@ void MeasurementPass::measure(const SegmentData& segment) {
 
 void MeasurementPass::run(const SegmentData& segment, int n, const MeasureInputs& in) {
   ++passes_;
+  last_ = {in, n, segment.isHiRes};
   using M = Meter;
   const bool timing = isOpen({M::FRH, M::PES, M::PWS, M::DCR});
   const bool edges = isOpen({M::RTS, M::FTS, M::POV, M::NOV});

@@ -8,6 +8,8 @@
 
 namespace zorvik {
 
+class SettingsStore;
+
 // The nineteen meters by their index in the Meters menu.
 enum class Meter {
   DCV = 0, PHV = 6, PLV = 7, PPV = 8, ACV = 11, ADV = 12, VDB = 13, FRH = 16, PES = 17, PWS = 18, DCR = 19,
@@ -27,12 +29,27 @@ struct MeasureInputs {
   bool level2080 = false;         // rise and fall between 20 % and 80 % instead of 10 % and 90 %
 };
 
+// The choices of the timing meters, kept with the meters' settings.
+struct MeasureOptions {
+  int byLevel = 2;  // meas.level by: screen, peaks, rails centre, trigger level
+  bool negativePolarity = false;
+  bool level2080 = false;
+  void fill(MeasureInputs& in) const {
+    in.byLevel = byLevel;
+    in.negativePolarity = negativePolarity;
+    in.level2080 = level2080;
+  }
+};
+MeasureOptions loadMeasureOptions(SettingsStore& settings);
+void saveMeasureOptions(SettingsStore& settings, const MeasureOptions& options);
+
 // The measurement pass after each packet is drawn: the amplitude and timing routines that an open meter
 // (or the auto level) needs, then the auto level. It stands in the packet's stage chain behind the display.
 class MeasurementPass : public ChainedStages {
  public:
   explicit MeasurementPass(std::function<MeasureInputs()> inputs) : inputs_(std::move(inputs)) {}
 
+  MeasureOptions options;
   // Meters whose windows are open.
   std::set<Meter> open;
   // The auto level moves the trigger level to the record's mean code.
@@ -45,6 +62,13 @@ class MeasurementPass : public ChainedStages {
   const SigCalc& calc() const { return calc_; }
   const SigTiming& timing() const { return timing_; }
   int passes() const { return passes_; }
+  // What the last pass read beside the segment: for readings taken after it.
+  struct LastPass {
+    MeasureInputs in;
+    int n = 0;
+    bool isHiRes = false;
+  };
+  const LastPass& lastPass() const { return last_; }
 
   bool selectRectVisible() const override { return selectionVisible() || next().selectRectVisible(); }
   void sampleCountChanged(int n) override {
@@ -64,6 +88,7 @@ class MeasurementPass : public ChainedStages {
   SigTiming timing_;
   int n_ = 0;
   int passes_ = 0;
+  LastPass last_;
 };
 
 }  // namespace zorvik

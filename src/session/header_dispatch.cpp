@@ -74,11 +74,11 @@ void MainController::ObexLinkDLL1_HeaderEvent(const std::string& name, const std
     if (name == "TCh") {
       cache_.TCh = v;
       cache_.TChTable[row][col] = v;
-      hooks_->presampleLimitStep();
+      registers_.presampleLimitStep();
     } else {
       cache_.QSh = v;
       cache_.QShTable[row][col] = v;
-      hooks_->sampleLimitStep();
+      registers_.sampleLimitStep();
     }
     return;
   }
@@ -87,7 +87,7 @@ void MainController::ObexLinkDLL1_HeaderEvent(const std::string& name, const std
     if (!store(v, value, fitSigned16)) return;
     bool high = name == "P1h";
     (high ? cache_.P1h : cache_.P1l) = v;
-    hooks_->offsetRangeUpdate();
+    registers_.offsetRangeUpdate();
     if (voltDivPosition_ >= 0 && voltDivPosition_ < kVoltDivPositions) {
       (high ? cache_.P1hTable : cache_.P1lTable)[voltDivPosition_] = v;
       (high ? cache_.P1hValid : cache_.P1lValid)[voltDivPosition_] = true;
@@ -104,16 +104,16 @@ void MainController::ObexLinkDLL1_HeaderEvent(const std::string& name, const std
     return;
   }
   if (name == "F" || name == "W") {
-    hooks_->firmwareHeader(name, value);
+    registers_.firmwareHeader(name, value);
     return;
   }
   if (name == "G1" || name == "G2") {
-    if (store(name == "G1" ? cache_.G1 : cache_.G2, value, fitByte)) hooks_->devDispHeader(name);
+    if (store(name == "G1" ? cache_.G1 : cache_.G2, value, fitByte)) registers_.devDispHeader(name);
     return;
   }
   if (name == "Gs" || name == "Lt" || name == "L1" || name == "L2") {
     int32_t& t = name == "Gs" ? cache_.Gs : name == "Lt" ? cache_.Lt : name == "L1" ? cache_.L1 : cache_.L2;
-    if (store(t, value, fit32)) hooks_->devDispHeader(name);
+    if (store(t, value, fit32)) registers_.devDispHeader(name);
     return;
   }
   if (name == "L_B") {
@@ -198,64 +198,64 @@ bool MainController::registerHeader(const std::string& name, const std::string& 
       setField("ClockPeriodMCUcur", std::to_string(static_cast<int64_t>(cache_.MC) * 10));
       setField("ClockMCUcur", std::to_string(100000 / cache_.MC));
     }
-    hooks_->samplingUpdate();
+    registers_.echo("MC");
   } else if (name == "TS") {
     if (!store(cache_.TS, value, fit32)) return true;
     replotNeeded_ = true;
     int32_t ts = cache_.TS;
     setField("ClockPerSampleCur", ts >= 255 ? std::to_string(ts / 256) : generalText(ts / 256.0).substr(0, 5));
-    hooks_->timeBaseUpdate();
+    registers_.echo("TS");
   } else if (name == "RS") {
     if (!store(cache_.RS, value, fitByte)) return true;
     replotNeeded_ = true;
-    hooks_->rsUpdate();
+    registers_.echo("RS");
   } else if (name == "AP") {
-    if (store(cache_.AP, value, fitByte)) hooks_->averagesUpdate();
+    if (store(cache_.AP, value, fitByte)) registers_.echo("AP");
   } else if (name == "AR") {
-    if (store(cache_.AR, value, fitByte)) hooks_->risAveragesUpdate();
+    if (store(cache_.AR, value, fitByte)) registers_.echo("AR");
   } else if (name == "RT") {
-    if (store(cache_.RT, value, fitByte)) hooks_->runFlagsUpdate();
+    if (store(cache_.RT, value, fitByte)) registers_.echo("RT");
   } else if (name == "QS") {
     if (!store(cache_.QS, value, fit32)) return true;
     replotNeeded_ = true;
-    hooks_->qsUpdate();
+    registers_.echo("QS");
   } else if (name == "TD") {
     if (!store(cache_.TD, value, fit32)) return true;
     replotNeeded_ = true;
-    hooks_->delayUpdate();
+    registers_.echo("TD");
   } else if (name == "TC") {
     if (!store(cache_.TC, value, fit32)) return true;
     replotNeeded_ = true;
-    hooks_->presampleUpdate();
+    registers_.echo("TC");
   } else if (name == "TA" || name == "TW") {
-    if (store(name == "TA" ? cache_.TA : cache_.TW, value, fit32)) hooks_->timeoutUpdate();
+    if (store(name == "TA" ? cache_.TA : cache_.TW, value, fit32)) registers_.echo(name);
   } else if (name == "O1") {
     if (!store(cache_.O1, value, fitByte)) return true;
     replotNeeded_ = true;
-    hooks_->couplingUpdate();
+    registers_.echo("O1");
   } else if (name == "V1") {
     if (!store(cache_.V1, value, fit32)) return true;
     replotNeeded_ = true;
-    hooks_->sensitivityUpdate();
+    registers_.echo("V1");
     setField("Vdiv1cur", std::to_string(cache_.V1));
   } else if (name == "P1") {
     if (!store(cache_.P1, value, fitSigned16)) return true;
     replotNeeded_ = true;
-    hooks_->offsetUpdate();
+    registers_.echo("P1");
     setField("Offs1cur", std::to_string(cache_.P1));
   } else if (name == "M1") {
     if (!store(cache_.M1, value, fitByte)) return true;
     replotNeeded_ = true;
-    hooks_->modeUpdate();
+    registers_.echo("M1");
     setField("OknoBytesPerSample", (cache_.M1 & 1) ? "2" : "1");
   } else if (name == "T1") {
     if (!store(cache_.T1, value, fitByte)) return true;
     replotNeeded_ = true;
-    hooks_->triggerUpdate();
+    registers_.echo("T1");
   } else if (name == "S1") {
     if (!store(cache_.S1, value, fitByte)) return true;
     replotNeeded_ = true;
-    hooks_->levelUpdate();
+    registers_.echo("S1");
   } else {
     return false;
   }

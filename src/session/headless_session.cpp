@@ -9,21 +9,14 @@
 
 namespace zorvik {
 
-HeadlessSession::HeadlessSession(SettingsStore& settings, const std::vector<std::string>& simOptions) {
+HeadlessSession::HeadlessSession(SettingsStore& settings, const std::vector<std::string>& simOptions, int cpuMHz) {
   SimConfig config;
   for (const auto& o : simOptions) applySimOptions(config, o);
   sim_ = std::make_unique<SimulatedObex>(config);
-  recorder_ = std::make_unique<RecordingObex>(*sim_);
-  main_ = std::make_unique<MainController>(settings, sink_, static_cast<MainView&>(*this));
-  control_ = std::make_unique<BasicControl>(*main_);
-  run_ = std::make_unique<RunControl>(*main_);
-  trigger_ = std::make_unique<TriggerControl>(*main_);
-  control_->wire(*run_, *trigger_);
-  hooks_ = std::make_unique<RoutedHooks>(*control_, *run_, *trigger_);
-  main_->setHooks(hooks_.get());
-  keyActions_ = std::make_unique<RunKeyActions>(*main_, *run_, *trigger_);
-  keys_ = std::make_unique<KeyMap>(*keyActions_);
-  main_->attachLink(recorder_.get());
+  auto recorder = std::make_unique<RecordingObex>(*sim_);
+  recorder_ = recorder.get();
+  session_ = std::make_unique<ScopeSession>(settings, makeIdentity(1), std::move(recorder),
+                                            SessionFrontEnd{*this, sink_, dialogs_, nullptr}, cpuMHz);
   recorder_->onData = [this](const std::string& packet, bool parallel, bool handled) {
     dataHeader(packet, parallel, handled);
   };
@@ -31,8 +24,7 @@ HeadlessSession::HeadlessSession(SettingsStore& settings, const std::vector<std:
 
 HeadlessSession::~HeadlessSession() {
   recorder_->onData = nullptr;
-  main_->attachLink(nullptr);
-  main_->setHooks(nullptr);
+  session_.reset();
 }
 
 bool HeadlessSession::spinUntil(const std::function<bool()>& done, int timeoutMs) {
@@ -57,11 +49,11 @@ void HeadlessSession::dataHeader(const std::string& packet, bool parallel, bool 
   // Stops a serial run inside the packet's own event, so that no more than asked for arrive (a packet
   // of a parallel transfer is counted but not drawn, so this is the one place that sees them all).
   ++dataHeaders_;
-  if (wanted_ > 0 && main_->PacketCount() >= wanted_) recorder_->SetRepeatCommand(false, "", false);
+  if (wanted_ > 0 && main().PacketCount() >= wanted_) recorder_->SetRepeatCommand(false, "", false);
   if (open_.empty()) return;
   const size_t entry = open_.back();
   open_.pop_back();
-  if (entry < log_.size()) log_[entry].statusText = main_->state().modeText;
+  if (entry < log_.size()) log_[entry].statusText = main().state().modeText;
 }
 
 SessionResult HeadlessSession::run(const SessionOptions& options) {
@@ -72,53 +64,53 @@ SessionResult HeadlessSession::run(const SessionOptions& options) {
   auto left = [&] { return std::max<int>(0, timeoutMs - static_cast<int>(clock.elapsed())); };
 
   // Serial runs start by themselves once the session is ready; single ones wait for Start.
-  run_->WorkMode_Click(!options.single);
+  run().WorkMode_Click(!options.single);
   wanted_ = options.single ? 0 : options.packets;
-  main_->KeyConnect_Click();
+  main().KeyConnect_Click();
   r.readyReached = spinUntil(
       [&] {
-        return main_->sessionState() == SessionState::Ready || main_->sessionState() == SessionState::NoSession;
+        return main().sessionState() == SessionState::Ready || main().sessionState() == SessionState::NoSession;
       },
       left());
-  r.readyReached = r.readyReached && main_->sessionState() == SessionState::Ready;
+  r.readyReached = r.readyReached && main().sessionState() == SessionState::Ready;
   if (!r.readyReached) {
-    r.error = "the session did not reach Ready (state " + std::string(sessionStateName(main_->sessionState())) + ")";
+    r.error = "the session did not reach Ready (state " + std::string(sessionStateName(main().sessionState())) + ")";
   } else {
     for (const auto& k : options.keys) {
-      keys_->press(k == "Comma" ? std::string(",") : k, clock.elapsed());
+      session_->keys().press(k == "Comma" ? std::string(",") : k, clock.elapsed());
       QCoreApplication::processEvents();
     }
     if (options.single) {
       int received = 0;
-      for (int i = 0; i < options.packets && main_->Online(); ++i) {
+      for (int i = 0; i < options.packets && main().Online(); ++i) {
         // The answer is one "D", empty when Norm saw no trigger.
         const uint64_t answers = dataHeaders_;
-        run_->KeyStart_Click();  // zeroes PacketCount
-        spinUntil([&] { return dataHeaders_ > answers || !main_->Online(); }, left());
-        received += main_->PacketCount();
+        run().KeyStart_Click();  // zeroes PacketCount
+        spinUntil([&] { return dataHeaders_ > answers || !main().Online(); }, left());
+        received += main().PacketCount();
       }
-      main_->setPacketCount(received);
+      main().setPacketCount(received);
     } else {
       // Keys may have turned the serial run into a single acquisition: then it is over once that one is.
       auto singleOver = [&] {
-        const std::string& mode = main_->state().modeText;
-        return !run_->model().WorkMode && mode != "Started" && mode != "Progress";
+        const std::string& mode = main().state().modeText;
+        return !run().model().WorkMode && mode != "Started" && mode != "Progress";
       };
-      spinUntil([&] { return main_->PacketCount() >= options.packets || !main_->Online() || singleOver(); }, left());
+      spinUntil([&] { return main().PacketCount() >= options.packets || !main().Online() || singleOver(); }, left());
       recorder_->SetRepeatCommand(false, "", false);
     }
     wanted_ = 0;
-    r.packets = main_->PacketCount();
+    r.packets = main().PacketCount();
     if (r.packets < options.packets)
       r.error = "only " + std::to_string(r.packets) + " of " + std::to_string(options.packets) + " packets arrived";
   }
-  r.device = main_->cache();
-  r.statusText = main_->state().modeText;
-  r.noTriggerVisible = main_->state().noTriggerVisible;
+  r.device = main().cache();
+  r.statusText = main().state().modeText;
+  r.noTriggerVisible = main().state().noTriggerVisible;
   r.packetLog = log_;
-  if (main_->Online()) {
+  if (main().Online()) {
     recorder_->CloseSession();
-    spinUntil([&] { return main_->state().connectVisible; }, 3000);
+    spinUntil([&] { return main().state().connectVisible; }, 3000);
   }
   return r;
 }

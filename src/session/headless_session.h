@@ -5,15 +5,15 @@
 #include <vector>
 
 #include "config/settings.h"
-#include "session/basic_control.h"
-#include "session/main_controller.h"
-#include "link/recording_obex.h"
-#include "session/key_map.h"
-#include "session/routed_hooks.h"
-#include "session/run_key_actions.h"
-#include "session/run_control.h"
-#include "sim/simulated_obex.h"
 #include "core/recording_sink.h"
+#include "export/scripted_file_dialogs.h"
+#include "link/recording_obex.h"
+#include "session/basic_control.h"
+#include "session/key_map.h"
+#include "session/main_controller.h"
+#include "session/run_control.h"
+#include "session/scope_session.h"
+#include "sim/simulated_obex.h"
 
 namespace zorvik {
 
@@ -47,23 +47,24 @@ struct SessionResult {
   static constexpr size_t kMaxPacketLog = 10000;
 };
 
-// The program without widgets against the simulated instrument: start-up, connect, acquisitions,
+// The program without widgets against the simulated instrument: the same session core as the window
+// (controllers, registers, the packet's stages), driven through start-up, connect, acquisitions and
 // disconnect. Every box is recorded; the window counts as visible.
 class HeadlessSession : private MainView {
  public:
-  HeadlessSession(SettingsStore& settings, const std::vector<std::string>& simOptions);
+  HeadlessSession(SettingsStore& settings, const std::vector<std::string>& simOptions, int cpuMHz = 200);
   ~HeadlessSession() override;
 
   SessionResult run(const SessionOptions& options);
 
-  MainController& main() { return *main_; }
+  ScopeSession& session() { return *session_; }
+  MainController& main() { return session_->main(); }
   RecordingObex& link() { return *recorder_; }
   RecordingSink& messages() { return sink_; }
   SimulatedObex& sim() { return *sim_; }
-  RunControl& run() { return *run_; }
-  TriggerControl& trigger() { return *trigger_; }
-  BasicControl& control() { return *control_; }
-  RoutedHooks& hooks() { return *hooks_; }
+  RunControl& run() { return session_->run(); }
+  TriggerControl& trigger() { return session_->trigger(); }
+  BasicControl& control() { return session_->control(); }
   // Every "D" header so far (see SessionResult::packetLog).
   const std::vector<PacketRecord>& packetLog() const { return log_; }
   // Runs the event loop until the predicate holds or the time is up.
@@ -77,15 +78,10 @@ class HeadlessSession : private MainView {
   std::vector<PacketRecord> log_;
   std::vector<size_t> open_;  // entries of the log whose packet is being taken (waits may nest)
   RecordingSink sink_{kAnswerNo};
+  ScriptedFileDialogs dialogs_;
   std::unique_ptr<SimulatedObex> sim_;
-  std::unique_ptr<RecordingObex> recorder_;
-  std::unique_ptr<MainController> main_;
-  std::unique_ptr<BasicControl> control_;
-  std::unique_ptr<RunControl> run_;
-  std::unique_ptr<TriggerControl> trigger_;
-  std::unique_ptr<RoutedHooks> hooks_;
-  std::unique_ptr<RunKeyActions> keyActions_;
-  std::unique_ptr<KeyMap> keys_;
+  RecordingObex* recorder_ = nullptr;  // owned by the session, in front of the simulator
+  std::unique_ptr<ScopeSession> session_;
 };
 
 }  // namespace zorvik

@@ -94,10 +94,10 @@ void MainController::ObexLinkDLL1_StartSessionMsgEvent(const std::string& messag
   setConnectCaption("Disconnect");
   if (message == "BOOT") {
     session_ = SessionState::Boot;
-    if (hooks_->firmwareLoadRunning()) return;
+    if (registers_.firmwareLoadRunning()) return;
     std::string text = "Device state:  " + message + kCrLf + "You must upload firmware. Process?";
     if (messages_.show(BoxKind::OkCancel, identity_.InstanceTitle, text) == kAnswerOk)
-      hooks_->startFirmwareLoad();
+      registers_.startFirmwareLoad();
     else
       link_->CloseSession();
     return;
@@ -117,21 +117,9 @@ void MainController::ObexLinkDLL1_StartSessionEvent() {
   for (const char* p : {"VNM", "VSN", "VHW", "VSW", "MCl", "MCh", "MCd", "TOv", "TOl", "TMl", "TMh", "TPl"})
     link_->GetProperty(p);
   if (unimeterOpen) link_->GetProperty("L_B");
-  hooks_->PutGetRegisterO1();
-  hooks_->PutGetRegisterM1();
-  hooks_->PutGetRegisterT1();
-  hooks_->PutGetRegisterV1();
-  hooks_->PutGetRegisterP1();
-  hooks_->PutGetRegisterS1();
-  hooks_->PutGetRegisterT1();  // again after S1, on purpose
-  hooks_->PutGetRegisterRT();
-  hooks_->PutGetRegisterAP();
-  hooks_->PutGetRegisterAR();
-  hooks_->PutGetRegisterTA();
-  hooks_->PutGetRegisterTW();
-  hooks_->PutGetRegisterTD();
-  hooks_->PutGetRegisterTC();
-  hooks_->PutGetRegisterRS();
+  // The stored settings go out in this order; T1 again after S1, on purpose.
+  for (const char* r : {"O1", "M1", "T1", "V1", "P1", "S1", "T1", "RT", "AP", "AR", "TA", "TW", "TD", "TC", "RS"})
+    registers_.write(r);
   sessionSetupDone_ = true;
   checkSetup();
 }
@@ -141,7 +129,7 @@ void MainController::checkSetup() {
     if (!f) return;
   if (!sessionSetupDone_) return;
   cache_.TS = 0;  // forces the first write of the sampling period
-  hooks_->SetupTimeDiv();
+  registers_.SetupTimeDiv();
   sessionSetupDone_ = false;
   firstTimeTimer_.start();
 }
@@ -150,13 +138,13 @@ void MainController::firstTimeTimer() {
   firstTimeTimer_.stop();
   if (!Online()) return;
   // By now the memory limits of the mode are known, so the rule can use them.
-  hooks_->SetupTimeDiv();
+  registers_.SetupTimeDiv();
   state_.devicePageVisible = false;
   state_.startEnabled = true;
   state_.connectVisible = false;
   session_ = SessionState::Ready;
   changed();
-  hooks_->applyRunMode();
+  registers_.applyRunMode();
 }
 
 void MainController::ObexLinkDLL1_EndSessionEvent() {
@@ -236,8 +224,8 @@ void MainController::PlotSpeedTest() {
   cache_.TOl = 1000;
   cache_.TMl = 2000;
   cache_.TMh = -16;
-  hooks_->SetupTimeDiv();
-  hooks_->SetupTimeDiv();
+  registers_.SetupTimeDiv();
+  registers_.SetupTimeDiv();
   packetCount_ = 0;
   std::mt19937 rng(static_cast<uint32_t>(tickMs()));
   std::uniform_real_distribution<double> rnd(0.0, 1.0);

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "link/device_context.h"
-#include "session/control_hooks.h"
+#include "session/register_table.h"
 #include "signal/roll_stream.h"
 
 namespace zorvik {
@@ -23,7 +23,8 @@ class MainController : public DeviceContext, public ObexEvents, public PacketHos
   // Start-up steps that need the link: hand it over (the controller does not own it) and name the settings.
   void attachLink(ClassOBEX* link);
   void setIdentity(const InstanceIdentity& id);
-  void setHooks(ControlHooks* hooks) { hooks_ = hooks ? hooks : &noHooks_; }
+  // Every register with its writer and echo, filled by whoever owns the controllers.
+  RegisterTable& registers() { return registers_; }
   // KeyConnect and the menu entry LinkControl.
   void KeyConnect_Click();
   // The menu entry LinkSetup.
@@ -100,10 +101,9 @@ class MainController : public DeviceContext, public ObexEvents, public PacketHos
   void rollSampleCount(int count) override;
   void rollProgress(bool finished) override;
 
-  ControlHooks noHooks_;
   PacketStages noStages_;
   PacketStages* stages_ = &noStages_;
-  ControlHooks* hooks_ = &noHooks_;
+  RegisterTable registers_;
   PacketProcessor processor_;
   QTimer firstTimeTimer_;
   bool sessionSetupDone_ = false;

@@ -48,10 +48,10 @@ RunControl::RunControl(MainController& main) : main_(main) { loadSettings(); }
 
 void RunControl::loadSettings() {
   SettingsStore& s = main_.settings();
-  model_.WorkMode = s.getBool("Mode", "AutoStart", true);
-  model_.AutoWait = s.getBool("Mode", "NoWaiting", true);
-  int ap = std::clamp(s.getInt("Sampling", "AveragesPeaks", 0), 0, 255);
-  int ar = std::clamp(s.getInt("Sampling", "RisAveragesPeaks", 16), 0, 255);
+  model_.WorkMode = s.getBool("Mode", "AutoStart");
+  model_.AutoWait = s.getBool("Mode", "NoWaiting");
+  int ap = std::clamp(s.getInt("Sampling", "AveragesPeaks"), 0, 255);
+  int ar = std::clamp(s.getInt("Sampling", "RisAveragesPeaks"), 0, 255);
   main_.cache().AP = static_cast<uint8_t>(ap);
   main_.cache().AR = static_cast<uint8_t>(ar);
   main_.setAveragesPeaks(ap);
@@ -103,6 +103,7 @@ void RunControl::WorkMode_Click(bool checked) {
   model_.WorkMode = checked;
   applyWorkMode();
   main_.settings().saveInt("Mode", "AutoStart", checked ? 1 : 0);
+  if (!checked) onSerialStopped();
 }
 
 void RunControl::serialStart() {
@@ -134,7 +135,7 @@ void RunControl::calibrateBeforeStart() {
   SettingsStore& s = main_.settings();
   auto calibrate = [&] {
     main_.link()->SendCommand("C", false, false);
-    int idx = clampIndex(s.getInt("AutoCalibrating", "StartDelay", 1), calibrationDelayList().size());
+    int idx = clampIndex(s.getInt("AutoCalibrating", "StartDelay"), calibrationDelayList().size());
     MainController::Wait(1000 * calibrationDelayList()[static_cast<size_t>(idx)]);
   };
   if (!main_.Online()) return;
@@ -143,19 +144,19 @@ void RunControl::calibrateBeforeStart() {
     main_.setFirstCalibrationDone(true);
     return;
   }
-  if (!s.getBool("AutoCalibrating", "KeyStart", true)) return;
-  if (risWouldRun() && !s.getBool("AutoCalibrating", "KeyStartRIS", false)) return;
-  if (inputIsAc() && !s.getBool("AutoCalibrating", "KeyStartAC", true)) return;
+  if (!s.getBool("AutoCalibrating", "KeyStart")) return;
+  if (risWouldRun() && !s.getBool("AutoCalibrating", "KeyStartRIS")) return;
+  if (inputIsAc() && !s.getBool("AutoCalibrating", "KeyStartAC")) return;
   calibrate();
 }
 
 void RunControl::SetupPeriodicCalibration() {
   if (!main_.link()) return;
   SettingsStore& s = main_.settings();
-  bool enable = s.getBool("AutoCalibrating", "Periodic", true);
-  if (risWouldRun() && !s.getBool("AutoCalibrating", "PeriodicRIS", false)) enable = false;
-  if (inputIsAc() && !s.getBool("AutoCalibrating", "PeriodicAC", false)) enable = false;
-  int idx = clampIndex(s.getInt("AutoCalibrating", "Interval", 5), calibrationIntervalList().size());
+  bool enable = s.getBool("AutoCalibrating", "Periodic");
+  if (risWouldRun() && !s.getBool("AutoCalibrating", "PeriodicRIS")) enable = false;
+  if (inputIsAc() && !s.getBool("AutoCalibrating", "PeriodicAC")) enable = false;
+  int idx = clampIndex(s.getInt("AutoCalibrating", "Interval"), calibrationIntervalList().size());
   main_.link()->SetPeriodicCommand(enable, "C", 1000 * calibrationIntervalList()[static_cast<size_t>(idx)]);
 }
 

@@ -41,6 +41,8 @@ class RunControl {
   std::function<bool()> risWouldRun = [] { return false; };
   std::function<bool()> inputIsAc = [] { return false; };
   std::function<void()> onChange = [] {};
+  // Serial acquisition switched off, by the check box or by its key.
+  std::function<void()> onSerialStopped = [] {};
 
   const RunModel& model() const { return model_; }
   void loadSettings();

@@ -53,7 +53,7 @@ TimebaseProbeResult runTimebaseProbe(const TimebaseProbe& probe) {
   r.TS = r.ok ? rule.TS : c.TS;
   r.MC = r.ok ? rule.MC : c.MC;
   r.QS = r.ok ? rule.QS : c.QS;
-  r.SamplesPerDiv = main.SamplesPerDiv;
+  r.SamplesPerDiv = main.scale().SamplesPerDiv;
   r.RisActive = main.RisActive();
   r.writes = link.writes;
   return r;

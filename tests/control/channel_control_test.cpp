@@ -19,7 +19,7 @@ TEST_F(ChannelTest, OfflineSensitivityStoresAndTheLastPositionShiftsHalfAsFar) {
   EXPECT_FLOAT_EQ(m.OffsetMin, -40.0f);
   EXPECT_TRUE(m.voltDivMarked);
   EXPECT_EQ(cache().V1, 10000);
-  EXPECT_FLOAT_EQ(main.FullScaleVolts, 80.0f);
+  EXPECT_FLOAT_EQ(main.scale().FullScaleVolts, 80.0f);
   EXPECT_EQ(stored("Ch1", "VoltPerDiv"), "12");
   channel().scrollCH1_Change(2);  // below the list: its first entry
   EXPECT_EQ(m.scrollCH1, kVoltDivFirst);
@@ -31,12 +31,12 @@ TEST_F(ChannelTest, OnlineSensitivityOnlyWritesAndTheEchoMovesTheRest) {
   channel().scrollCH1_Change(8);
   EXPECT_EQ(link.writes, (std::vector<std::pair<std::string, int32_t>>{{"V1", 500}}));
   EXPECT_FALSE(channel().model().voltDivMarked);
-  EXPECT_FLOAT_EQ(main.FullScaleVolts, 1.6f);
+  EXPECT_FLOAT_EQ(main.scale().FullScaleVolts, 1.6f);
   EXPECT_EQ(stored("Ch1", "VoltPerDiv"), "7");
 
   echo("V1", be(500, 2));
   EXPECT_TRUE(channel().model().voltDivMarked);
-  EXPECT_FLOAT_EQ(main.FullScaleVolts, 4.0f);
+  EXPECT_FLOAT_EQ(main.scale().FullScaleVolts, 4.0f);
   EXPECT_EQ(stored("Ch1", "VoltPerDiv"), "8");
   EXPECT_EQ(link.requests, (std::vector<std::string>{"P1h", "P1l"}));
 }
@@ -56,7 +56,7 @@ TEST_F(ChannelTest, EchoOfAV1NotInTheListScalesByItsNumberWithoutAMark) {
   echo("V1", be(70, 2));
   EXPECT_FLOAT_EQ(channel().model().FullScale, 0.56f);
   EXPECT_FALSE(channel().model().voltDivMarked);
-  EXPECT_FLOAT_EQ(main.FullScaleVolts, 0.56f);
+  EXPECT_FLOAT_EQ(main.scale().FullScaleVolts, 0.56f);
   EXPECT_EQ(stored("Ch1", "VoltPerDiv"), "7");
 }
 
@@ -74,7 +74,7 @@ TEST_F(ChannelTest, OffsetBytesAreSignedAndFfZeroIsOneFullScaleDown) {
   echo("P1", std::string("\xFF\x00", 2));
   EXPECT_EQ(cache().P1, -256);
   EXPECT_FLOAT_EQ(channel().model().OffsetVolts, -1.6f);
-  EXPECT_FLOAT_EQ(main.ZeroVolts, -1.6f);
+  EXPECT_FLOAT_EQ(main.scale().ZeroVolts, -1.6f);
   EXPECT_EQ(channel().model().VScroll1, kVScroll1Min);
   EXPECT_EQ(stored("Ch1", "Offset"), std::to_string(kVScroll1Min));
 }
@@ -115,7 +115,7 @@ TEST_F(ChannelTest, OffsetScrollFitsTheRangeAndWritesWhenSet) {
   EXPECT_EQ(stored("Ch1", "Offset"), "167");
 
   channel().VScroll1_Scroll(500);  // dragging: the display only
-  EXPECT_FLOAT_EQ(main.ZeroVolts, 6.0f);
+  EXPECT_FLOAT_EQ(main.scale().ZeroVolts, 6.0f);
   EXPECT_TRUE(link.writes.empty());
   channel().VScroll1_Change(500);
   EXPECT_EQ(link.writes.back(), (std::pair<std::string, int32_t>{"P1", 384}));

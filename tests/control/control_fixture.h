@@ -32,12 +32,12 @@ struct ControlFixture : ::testing::Test {
   void SetUp() override {
     link.online = false;
     control = std::make_unique<BasicControl>(main);
-    main.setHooks(control.get());
+    control->fillRegisters(main.registers());
     main.attachLink(&link);
   }
   void TearDown() override {
     main.attachLink(nullptr);
-    main.setHooks(nullptr);
+    main.registers().clear();
   }
   ChannelControl& channel() { return control->channel(); }
   TimebaseControl& timebase() { return control->timebase(); }

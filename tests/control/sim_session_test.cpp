@@ -70,8 +70,8 @@ TEST_F(SimSession, OnlineChangesReachThePacketsAndTheScale) {
   start();
   MainController& m = session->main();
   Trace before = nextTrace();
-  EXPECT_NEAR(m.SamplePeriod, 3.125e-6f, 1e-9);  // 100 us over 32 samples
-  EXPECT_EQ(m.SamplesPerDiv, 32);
+  EXPECT_NEAR(m.scale().SamplePeriod, 3.125e-6f, 1e-9);  // 100 us over 32 samples
+  EXPECT_EQ(m.scale().SamplesPerDiv, 32);
   EXPECT_NEAR(before.samplesPerCycle, 32, 0.5);
   EXPECT_NEAR(before.codeSpan, 160, 3);  // 1 V at 200 mV a division, 32 codes each
 
@@ -79,9 +79,9 @@ TEST_F(SimSession, OnlineChangesReachThePacketsAndTheScale) {
   session->control().timebase().ScrollTimeDiv_Change(14);  // 50 us
   Trace after = nextTrace();
   EXPECT_EQ(m.cache().V1, 500);
-  EXPECT_FLOAT_EQ(m.FullScaleVolts, 4.0f);
-  EXPECT_NEAR(m.SamplePeriod, 50e-6f / 32, 1e-9);
-  EXPECT_NEAR(after.samplesPerCycle, 1e-4 / m.SamplePeriod, 0.5);
+  EXPECT_FLOAT_EQ(m.scale().FullScaleVolts, 4.0f);
+  EXPECT_NEAR(m.scale().SamplePeriod, 50e-6f / 32, 1e-9);
+  EXPECT_NEAR(after.samplesPerCycle, 1e-4 / m.scale().SamplePeriod, 0.5);
   EXPECT_NEAR(after.codeSpan, 64, 3);
   EXPECT_TRUE(session->control().timebase().model().timeDivMarked);
   EXPECT_EQ(session->control().timebase().model().TimeDiv, 14);
@@ -94,13 +94,13 @@ TEST_F(SimSession, OfflineChoicesAreWrittenAtTheNextSession) {
     HeadlessSession offline(settings, {});
     offline.control().channel().scrollCH1_Change(9);       // 1 V
     offline.control().timebase().ScrollTimeDiv_Change(16);  // 200 us
-    EXPECT_FLOAT_EQ(offline.main().FullScaleVolts, 8.0f);
+    EXPECT_FLOAT_EQ(offline.main().scale().FullScaleVolts, 8.0f);
     EXPECT_TRUE(offline.link().writes.empty());
   }
   start();
   Trace t = nextTrace();
   EXPECT_EQ(session->main().cache().V1, 1000);
-  EXPECT_NEAR(session->main().SamplePeriod, 200e-6f / 32, 1e-9);
+  EXPECT_NEAR(session->main().scale().SamplePeriod, 200e-6f / 32, 1e-9);
   EXPECT_NEAR(t.samplesPerCycle, 16, 0.5);
   EXPECT_NEAR(t.codeSpan, 32, 3);
 }

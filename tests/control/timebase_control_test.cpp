@@ -28,7 +28,7 @@ TEST_F(TimebaseTest, CommonEndWritesTsMcQsThenCalibrates) {
   EXPECT_EQ(link.writes, (Writes{{"TS", 25600}, {"MC", 6250}, {"QS", 172}}));
   EXPECT_EQ(link.commands, std::vector<std::string>{"C"});
   EXPECT_FALSE(timebase().model().timeDivMarked);
-  EXPECT_EQ(main.SamplesPerDiv, 16);
+  EXPECT_EQ(main.scale().SamplesPerDiv, 16);
   EXPECT_EQ(field("DeviceSamplingPage.CurSamplesPerDiv"), "16");
   // What the device already has is not written again, except the clock.
   link.writes.clear();
@@ -63,7 +63,7 @@ TEST_F(TimebaseTest, FastPositionsWithoutRisStandOnZoomAndStepItDown) {
   timebase().ScrollTimeDiv_Change(7);
   EXPECT_EQ(timebase().model().TimeDiv, kTimeDivRealTime);
   EXPECT_EQ(timebase().model().ScrollTimeDiv, 7);
-  EXPECT_FLOAT_EQ(main.SamplePeriod, 500e-9f / 16);
+  EXPECT_FLOAT_EQ(main.scale().SamplePeriod, 500e-9f / 16);
   EXPECT_TRUE(sink.messages.empty());
   timebase().ScrollTimeDiv_Change(8);  // 2 to none
   timebase().ScrollTimeDiv_Change(4);
@@ -91,7 +91,7 @@ TEST_F(TimebaseTest, ClockEchoMarksTheEntryTheDeviceRuns) {
   link.online = true;
   echo("TS", be(25600, 4));
   echo("MC", be(6250, 2));
-  EXPECT_FLOAT_EQ(main.SamplePeriod, 6.25e-6f);
+  EXPECT_FLOAT_EQ(main.scale().SamplePeriod, 6.25e-6f);
   EXPECT_EQ(timebase().model().TimeDiv, 15);
   EXPECT_EQ(timebase().model().ScrollTimeDiv, 15);
   EXPECT_TRUE(timebase().model().timeDivMarked);
@@ -173,7 +173,11 @@ TEST_F(TimebaseTest, PresamplesKeepTheirShareOfTheLimit) {
 TEST_F(TimebaseTest, CentreOfTheRecordWithAndWithoutDelay) {
   cache().QS = 1000;
   cache().TC = 200;
-  main.SamplePeriod = 1e-6f;
+  {
+    RecordScale scale = main.scale();
+    scale.SamplePeriod = 1e-6f;
+    main.setScale(scale);
+  }
   timebase().setDelaySeconds(0);
   EXPECT_FLOAT_EQ(timebase().model().CentreTime, 300e-6f);
   timebase().setDelaySeconds(1e-3);
@@ -183,7 +187,7 @@ TEST_F(TimebaseTest, CentreOfTheRecordWithAndWithoutDelay) {
 TEST_F(TimebaseTest, OfflineControlsStoreAndScaleAtOnce) {
   timebase().ScrollTimeDiv_Change(18);
   EXPECT_EQ(stored("Sampling", "TimePerDiv"), "18");
-  EXPECT_FLOAT_EQ(main.SamplePeriod, 1e-3f / 16);
+  EXPECT_FLOAT_EQ(main.scale().SamplePeriod, 1e-3f / 16);
   EXPECT_GT(scaleChanges, 0);
   timebase().stepTimeDiv(100);
   EXPECT_EQ(timebase().model().ScrollTimeDiv, kTimeDivLast);

@@ -73,7 +73,11 @@ struct PacketFilesTest : ::testing::Test {
 
 TEST_F(PacketFilesTest, BinarySaveHoldsSerialAcquisitionAroundTheDialogAndWritesTheLayout) {
   link.serial = true;
-  main.SamplesPerDiv = 32;
+  {
+    RecordScale scale = main.scale();
+    scale.SamplesPerDiv = 32;
+    main.setScale(scale);
+  }
   dialogs.answers = {dir.file("p")};  // typed without extension
   files.SaveLastPacket2binary();
 
@@ -155,7 +159,7 @@ TEST_F(PacketFilesTest, RestoreReplaysThePacketAndLeavesAcquisitionStopped) {
   files.RestorePacketFromBinary();
   EXPECT_EQ(log, (Log{"hold", "dialog"}));
   EXPECT_EQ(main.LastPacket(), kPacket);
-  EXPECT_EQ(main.SamplesPerDiv, 64);
+  EXPECT_EQ(main.scale().SamplesPerDiv, 64);
   EXPECT_EQ(main.state().fields.at(kCurSamplesPerDivField), "64");
   EXPECT_EQ(view.shown, Log{kPacket});
   EXPECT_EQ(dialogs.requests[0].title, "File Open: Zorvik Binary data");
@@ -163,10 +167,14 @@ TEST_F(PacketFilesTest, RestoreReplaysThePacketAndLeavesAcquisitionStopped) {
 }
 
 TEST_F(PacketFilesTest, RestoreWithoutExtraBlockKeepsSamplesPerDivAndSevenBytesGiveAnEmptyPacket) {
-  main.SamplesPerDiv = 48;
+  {
+    RecordScale scale = main.scale();
+    scale.SamplesPerDiv = 48;
+    main.setScale(scale);
+  }
   writeFile(dir.file("r.zrv"), "zorvik\x00"s + kPacket);
   files.RestorePacketFile(dir.file("r.zrv"));
-  EXPECT_EQ(main.SamplesPerDiv, 48);
+  EXPECT_EQ(main.scale().SamplesPerDiv, 48);
   EXPECT_EQ(main.LastPacket(), kPacket);
 
   writeFile(dir.file("seven.zrv"), "zorvik\x00"s);
@@ -188,7 +196,7 @@ TEST_F(PacketFilesTest, OnlyAWrongMagicIsReportedAndNothingChanges) {
   EXPECT_EQ(sink.messages[0].text, "This is not zorvik file");
   EXPECT_EQ(sink.messages[0].key, "ZORVIK 1");  // cannot be silenced
   EXPECT_EQ(main.LastPacket(), kPacket);
-  EXPECT_EQ(main.SamplesPerDiv, 16);
+  EXPECT_EQ(main.scale().SamplesPerDiv, 16);
   EXPECT_TRUE(view.shown.empty());
 }
 
@@ -202,5 +210,5 @@ TEST_F(PacketFilesTest, DefaultPacketOfTheStartDirectoryIsRestored) {
   fs::current_path(before);
   EXPECT_TRUE(sink.messages.empty());
   EXPECT_EQ(main.LastPacket(), kPacket);
-  EXPECT_EQ(main.SamplesPerDiv, 8);
+  EXPECT_EQ(main.scale().SamplesPerDiv, 8);
 }

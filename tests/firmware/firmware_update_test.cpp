@@ -74,7 +74,7 @@ TEST(FirmwareUpdate, TheSimulatedInstrumentTakesEverySector) {
   ScriptedFileDialogs dialogs({dir.file("fw.zfw")});
   View view;
   FirmwareUpdate update(session.main(), dialogs, view);
-  session.hooks().firmware = &update;
+  session.control().fillRegisters(session.main().registers(), &session.trigger(), &session.run(), &update);
   session.main().KeyConnect_Click();
   ASSERT_TRUE(HeadlessSession::spinUntil([&] { return session.main().sessionState() == SessionState::Ready; }, 5000));
 
@@ -103,7 +103,7 @@ TEST(FirmwareUpdate, ForeignImagesUnknownSectorsAndSilence) {
   ScriptedFileDialogs dialogs({dir.file("other.zfw")});
   View view;
   FirmwareUpdate update(session.main(), dialogs, view);
-  session.hooks().firmware = &update;
+  session.control().fillRegisters(session.main().registers(), &session.trigger(), &session.run(), &update);
 
   update.FirmWareUpdate();  // offline: no instrument to answer
   EXPECT_EQ(session.messages().messages.back().text, "Firmware update error:\r\nno responce from Zorvik");
@@ -140,7 +140,7 @@ TEST(FirmwareUpdate, AnInstrumentInItsBootStateIsOfferedTheUpdate) {
   ScriptedFileDialogs dialogs({dir.file("fw.zfw")});
   View view;
   FirmwareUpdate update(session.main(), dialogs, view);
-  session.hooks().firmware = &update;
+  session.control().fillRegisters(session.main().registers(), &session.trigger(), &session.run(), &update);
   session.messages().answers.push_back(kAnswerOk);  // "You must upload firmware. Process?"
   session.main().KeyConnect_Click();
   ASSERT_TRUE(HeadlessSession::spinUntil([&] { return view.startEnabled; }, 5000));

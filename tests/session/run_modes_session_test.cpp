@@ -127,8 +127,8 @@ TEST_F(RunModes, SlowTimeBaseStreamsRollChunksThatAddUpToThePackets) {
   EXPECT_EQ(link.rollBytes, streamed);
   // The record (a little over ten divisions of 200 ms) in chunks of 25 ms of record time.
   const MainController& m = session->main();
-  EXPECT_FLOAT_EQ(m.SamplePeriod * static_cast<float>(m.SamplesPerDiv), 0.2f);
-  const double recordSeconds = m.cache().QS * static_cast<double>(m.SamplePeriod);
+  EXPECT_FLOAT_EQ(m.scale().SamplePeriod * static_cast<float>(m.scale().SamplesPerDiv), 0.2f);
+  const double recordSeconds = m.cache().QS * static_cast<double>(m.scale().SamplePeriod);
   EXPECT_GT(recordSeconds, 2.0);
   const double chunksPerPacket = static_cast<double>(link.rollChunks) / static_cast<double>(log().size());
   EXPECT_NEAR(chunksPerPacket, recordSeconds / 0.025, 1.0);

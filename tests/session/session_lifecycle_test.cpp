@@ -43,7 +43,7 @@ struct Session : ::testing::Test {
   MainController main{settings, sink, view};
   BasicControl control{main};
   void SetUp() override {
-    main.setHooks(&control);
+    control.fillRegisters(main.registers());
     main.attachLink(&link);
   }
   void TearDown() override { main.attachLink(nullptr); }

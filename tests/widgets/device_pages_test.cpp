@@ -72,7 +72,7 @@ class DevicePagesTest : public QObject {
     sampling->findChild<QComboBox*>("TimeDivExpCur")->setCurrentIndex(1);  // us/div
     set(sampling, "TimeDivValCur", "3", "FineTimeDivSetKey");  // not in the 1-2-5 list
     // The instrument's echoes set the sample period of the new time base.
-    QTRY_VERIFY_WITH_TIMEOUT(std::abs(w->core().SamplePeriod * static_cast<float>(w->core().SamplesPerDiv) - 3e-6f) < 0.3e-6f,
+    QTRY_VERIFY_WITH_TIMEOUT(std::abs(w->core().scale().SamplePeriod * static_cast<float>(w->core().scale().SamplesPerDiv) - 3e-6f) < 0.3e-6f,
                              3000);
     QVERIFY(sampling->findChild<QLabel*>("CurSamplesPerDiv")->text() != "-");
     if (!qEnvironmentVariableIsEmpty("ZORVIK_SCREENSHOT"))

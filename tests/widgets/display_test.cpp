@@ -142,7 +142,11 @@ class DisplayWidgetTest : public QObject {
     rig.display.settings().interpolation = 2;
     rig.display.settings().gridFore = false;
     rig.display.SetupDisplay();
-    rig.main.SamplesPerDiv = 16;
+    {
+      RecordScale scale = rig.main.scale();
+      scale.SamplesPerDiv = 16;
+      rig.main.setScale(scale);
+    }
     rig.packet(packet);
     QCOMPARE(picture.convertToFormat(QImage::Format_RGB32), rig.display.canvas().snapshot());
 

@@ -32,12 +32,12 @@ struct Rig {
   VerticalPanel vertical{control.channel()};
   HorizontalPanel horizontal{control.timebase()};
   Rig() {
-    main.setHooks(&control);
+    control.fillRegisters(main.registers());
     main.attachLink(&sim);
   }
   ~Rig() {
     main.attachLink(nullptr);
-    main.setHooks(nullptr);
+    main.registers().clear();
   }
   QComboBox* VoltDiv1() { return vertical.findChild<QComboBox*>("VoltDiv1"); }
   QComboBox* TimeDiv() { return horizontal.findChild<QComboBox*>("TimeDiv"); }
@@ -84,12 +84,12 @@ class FrontPanelTest : public QObject {
     QTest::keyClick(rig.VoltDiv1(), Qt::Key_Down);
     QTRY_COMPARE(rig.sim.device().value("V1").value_or(0), 500);
     QTRY_COMPARE(rig.VoltDiv1()->currentText(), QString("500mV"));
-    QCOMPARE(rig.main.FullScaleVolts, 4.0f);
+    QCOMPARE(rig.main.scale().FullScaleVolts, 4.0f);
 
     rig.ScrollTimeDiv()->triggerAction(QAbstractSlider::SliderSingleStepAdd);  // 100 us to 200 us
     QTRY_COMPARE(rig.TimeDiv()->currentText(), QString::fromUtf8("200\xC2\xB5s"));
-    QVERIFY(std::abs(rig.devicePeriod() - 200e-6 / rig.main.SamplesPerDiv) < 1e-8);
-    QVERIFY(std::abs(rig.main.SamplePeriod - rig.devicePeriod()) < 1e-9);
+    QVERIFY(std::abs(rig.devicePeriod() - 200e-6 / rig.main.scale().SamplesPerDiv) < 1e-8);
+    QVERIFY(std::abs(rig.main.scale().SamplePeriod - rig.devicePeriod()) < 1e-9);
     QCOMPARE(rig.settings.GetSettingValue("Sampling", "TimePerDiv", ""), std::string("16"));
     rig.sim.CloseSession();
     QTRY_VERIFY(!rig.main.Online());
@@ -100,12 +100,12 @@ class FrontPanelTest : public QObject {
     QTest::keyClick(rig.VoltDiv1(), Qt::Key_Up);  // 100 mV
     QCOMPARE(rig.settings.GetSettingValue("Ch1", "VoltPerDiv", ""), std::string("6"));
     QCOMPARE(rig.main.cache().V1, 100);
-    QCOMPARE(rig.main.FullScaleVolts, 0.8f);
+    QCOMPARE(rig.main.scale().FullScaleVolts, 0.8f);
     QCOMPARE(rig.VoltDiv1()->currentText(), QString("100mV"));
     rig.ScrollTimeDiv()->triggerAction(QAbstractSlider::SliderSingleStepSub);  // 50 us
     QCOMPARE(rig.settings.GetSettingValue("Sampling", "TimePerDiv", ""), std::string("14"));
     QCOMPARE(rig.TimeDiv()->currentText(), QString::fromUtf8("50\xC2\xB5s"));
-    QCOMPARE(rig.main.SamplePeriod, 50e-6f / 16);
+    QCOMPARE(rig.main.scale().SamplePeriod, 50e-6f / 16);
     QCOMPARE(rig.sim.device().value("V1").value_or(-1), 0);
   }
 };
