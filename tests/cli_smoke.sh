@@ -144,5 +144,27 @@ out=$("$cli" settings get View/Color)
 check "settings survive a bad import" "echo '$out' | grep -q '3'"
 unset ZORVIK_REGISTRY
 
+# The session runs the window's stages: its last readings equal those of measure and spectrum on the
+# packet it saved, read at the session's scale.
+out=$("$cli" session --sim signal=square,freq=1000000 --packets 20 --meters all --spectrum --histogram \
+      --save-last "$tmp/last.zrv"); rc=$?
+check "session stages exit" "[ $rc -eq 0 ]"
+check "session histogram" "echo '$out' | grep -Eq '\"histogram\":\{\"built\":true,\"max_count\":[1-9][0-9]*,\"samples\":[1-9]'"
+field() { echo "$1" | grep -o "\"$2\":[^,}]*" | head -n 1 | cut -d: -f2; }
+fs=$(field "$out" FullScaleVolts); sp=$(field "$out" SamplePeriod); zero=$(field "$out" ZeroVolts)
+vdiv=$(awk -v f="$fs" 'BEGIN { printf "%.9g", f / 8 }')
+scale=(--volts-per-div "$vdiv" --sample-period "$sp" --zero "$zero")
+m=$("$cli" measure "$tmp/last.zrv" "${scale[@]}" --level 2)
+a=$(echo "$out" | grep -o '"meters":{[^}]*}'); b=$(echo "$m" | grep -o '"meters":{[^}]*}')
+check "session meters equal measure" '[ -n "$a" ] && [ "$a" = "$b" ]'
+sp_out=$("$cli" spectrum "$tmp/last.zrv" "${scale[@]}")
+session_spectrum=$(echo "$out" | grep -o '"spectrum":{[^}]*}')
+for k in peak_bin peak_amp peak_freq; do
+  a=$(field "$session_spectrum" $k); b=$(field "$sp_out" $k)
+  check "session spectrum $k" '[ -n "$a" ] && [ "$a" = "$b" ]'
+done
+out=$("$cli" session --meters XYZ 2>&1); rc=$?
+check "session bad meter exit 2" "[ $rc -eq 2 ]"
+
 echo "$pass passed, $fail failed"
 [ "$fail" -eq 0 ]

@@ -49,7 +49,8 @@ void HeadlessSession::dataHeader(const std::string& packet, bool parallel, bool 
   // Stops a serial run inside the packet's own event, so that no more than asked for arrive (a packet
   // of a parallel transfer is counted but not drawn, so this is the one place that sees them all).
   ++dataHeaders_;
-  if (wanted_ > 0 && main().PacketCount() >= wanted_) recorder_->SetRepeatCommand(false, "", false);
+  if (!packet.empty()) ++packetsTaken_;
+  if (wanted_ > 0 && taken() >= wanted_) recorder_->SetRepeatCommand(false, "", false);
   if (open_.empty()) return;
   const size_t entry = open_.back();
   open_.pop_back();
@@ -65,6 +66,7 @@ SessionResult HeadlessSession::run(const SessionOptions& options) {
 
   // Serial runs start by themselves once the session is ready; single ones wait for Start.
   run().WorkMode_Click(!options.single);
+  firstPacket_ = packetsTaken_;
   wanted_ = options.single ? 0 : options.packets;
   main().KeyConnect_Click();
   r.readyReached = spinUntil(
@@ -80,27 +82,25 @@ SessionResult HeadlessSession::run(const SessionOptions& options) {
       session_->keys().press(k == "Comma" ? std::string(",") : k, clock.elapsed());
       QCoreApplication::processEvents();
     }
+    // Counted here, not by PacketCount: the display's persistence zeroes that when it starts again.
     if (options.single) {
-      int received = 0;
       for (int i = 0; i < options.packets && main().Online(); ++i) {
         // The answer is one "D", empty when Norm saw no trigger.
         const uint64_t answers = dataHeaders_;
-        run().KeyStart_Click();  // zeroes PacketCount
+        run().KeyStart_Click();
         spinUntil([&] { return dataHeaders_ > answers || !main().Online(); }, left());
-        received += main().PacketCount();
       }
-      main().setPacketCount(received);
     } else {
       // Keys may have turned the serial run into a single acquisition: then it is over once that one is.
       auto singleOver = [&] {
         const std::string& mode = main().state().modeText;
         return !run().model().WorkMode && mode != "Started" && mode != "Progress";
       };
-      spinUntil([&] { return main().PacketCount() >= options.packets || !main().Online() || singleOver(); }, left());
+      spinUntil([&] { return taken() >= options.packets || !main().Online() || singleOver(); }, left());
       recorder_->SetRepeatCommand(false, "", false);
     }
     wanted_ = 0;
-    r.packets = main().PacketCount();
+    r.packets = taken();
     if (r.packets < options.packets)
       r.error = "only " + std::to_string(r.packets) + " of " + std::to_string(options.packets) + " packets arrived";
   }

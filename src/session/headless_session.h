@@ -73,7 +73,11 @@ class HeadlessSession : private MainView {
  private:
   void dataHeader(const std::string& packet, bool parallel, bool handled);
 
+  // Packets with samples taken since the run began.
+  int taken() const { return static_cast<int>(packetsTaken_ - firstPacket_); }
+
   int wanted_ = 0;
+  uint64_t packetsTaken_ = 0, firstPacket_ = 0;
   uint64_t dataHeaders_ = 0;  // "D" headers taken, empty ones included
   std::vector<PacketRecord> log_;
   std::vector<size_t> open_;  // entries of the log whose packet is being taken (waits may nest)
