@@ -28,7 +28,7 @@ int usage(std::ostream& out) {
          "  spectrum FILE [--window 0..6] [--doubled] [--dc] [--sample-period S] [--volts-per-div V] [--zero V]\n"
          "          [--lines K]                 the amplitude spectrum of segment 1\n"
          "  session [--sim K=V,...] [--packets N] [--single] [--timeout S] [--keys K1,K2,...]\n"
-         "          [--save-last FILE.zrv] [--set SECTION/NAME=VALUE]\n"
+         "          [--meters all|LIST] [--spectrum] [--histogram] [--save-last FILE.zrv] [--set SECTION/NAME=VALUE]\n"
          "  render FILE... --png OUT.png [--zoom 0..3] [--wide] [--interp none|line|sinx|lanczos|lagrange]\n"
          "          [--taps N] [--hzoom 1|2|4|5|10] [--vzoom 1|2|5|10] [--samples-per-div N] [--labels]\n"
          "          [--persist intensity|color] [--depth infinite|128|32|8] [--repeat N] [--set SECTION/NAME=VALUE]\n"
