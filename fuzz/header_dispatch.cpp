@@ -1,12 +1,16 @@
-// Arbitrary header events: the first byte picks a name (or spells one), the rest is the value.
+// Arbitrary header events into the dispatch and, through the register table, into the echoes of the
+// channel, time base, trigger and run control. The first byte picks a name, the rest is the value.
 #include <QCoreApplication>
 #include <cstddef>
 #include <cstdint>
 #include <string>
 
 #include "config/settings.h"
-#include "session/main_controller.h"
 #include "core/recording_sink.h"
+#include "control/trigger_control.h"
+#include "session/basic_control.h"
+#include "session/main_controller.h"
+#include "session/run_control.h"
 
 namespace {
 const char* const kNames[] = {"D",  "VHW", "VSW", "VNM", "VSN", "MCd", "MCl", "MCh", "TOv", "TOl", "TMl", "TMh",
@@ -25,6 +29,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   zorvik::RecordingSink sink;
   zorvik::MainView view;
   zorvik::MainController main(settings, sink, view);
+  zorvik::BasicControl control(main);
+  zorvik::RunControl run(main);
+  zorvik::TriggerControl trigger(main);
+  control.wire(run, trigger);
+  control.fillRegisters(main.registers(), &trigger, &run);
   main.setVoltDivPosition(size > 0 ? data[0] % 40 - 3 : 0);
   // Several events per input: each starts with a name byte and a length byte.
   size_t i = 0;
@@ -38,5 +47,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     main.ObexLinkDLL1_HeaderEvent(name, value, (len & 1) != 0);
   }
   main.replayLastPacket();
+  main.registers().clear();
   return 0;
 }
