@@ -166,5 +166,12 @@ done
 out=$("$cli" session --meters XYZ 2>&1); rc=$?
 check "session bad meter exit 2" "[ $rc -eq 2 ]"
 
+# Start and Serial keys wait for Ready as their controls do; an unknown key name is refused.
+out=$("$cli" session --sim fault=missing:TPl --keys 'Backspace,\' --timeout 2 2>/dev/null); rc=$?
+check "gated keys exit 1" "[ $rc -eq 1 ]"
+check "gated keys take no packet" "echo '$out' | grep -q '\"packet_log\":\[\]'"
+"$cli" session --keys Foo >/dev/null 2>&1; rc=$?
+check "unknown key exit 2" "[ $rc -eq 2 ]"
+
 echo "$pass passed, $fail failed"
 [ "$fail" -eq 0 ]

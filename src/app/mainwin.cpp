@@ -74,7 +74,7 @@ mainwin::mainwin(SettingsStore& settings, const InstanceIdentity& identity, std:
                                             SessionFrontEnd{*this, sink_, fileDialogs_, fwWindow_}, CpuMHz());
   bindSession();
   main_->devMode = commandLine.dev;
-  keyActions_ = std::make_unique<WindowKeys>(*this, *main_, *run_, *trigger_);
+  keyActions_ = std::make_unique<WindowKeys>(*this, *session_);
   session_->setKeyActions(keyActions_.get());
   session_->keys().devMode = commandLine.dev;
 
@@ -147,6 +147,7 @@ void mainwin::bindSession() {
     if (vZoomBar_) vZoomBar_->refresh();
     if (display_) display_->hideMouseTools();
   };
+  s.onLayoutView = [this] { displayGeometryChanged(); };
   run_->onChange = [this] { refreshRunControls(); };
 }
 
@@ -546,7 +547,6 @@ void mainwin::zoomToSelection() {
 void mainwin::displaySettingChanged(const char* name, bool setup) {
   guarded([&] {
     session_->displaySettingChanged(name, setup);
-    if (setup) displayGeometryChanged();
   });
 }
 

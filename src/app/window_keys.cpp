@@ -19,47 +19,6 @@ constexpr int kZoomScreenWidth = 1280;  // the larger display needs at least thi
 
 void WindowKeys::closeProgram() { w_.close(); }
 
-void WindowKeys::toggleSyncroLine() {
-  auto& s = w_.display().settings();
-  s.syncroLine = !s.syncroLine;
-  w_.displaySettingChanged("TrigLevelLine", false);
-}
-
-void WindowKeys::toggleNullLine() {
-  auto& s = w_.display().settings();
-  s.nullLine = !s.nullLine;
-  w_.displaySettingChanged("NulLevelLine", false);
-}
-
-void WindowKeys::toggleInterpolation() {
-  auto& s = w_.display().settings();
-  if (s.interpolation != 0) {
-    lastInterpolation_ = s.interpolation;
-    s.interpolation = 0;
-  } else {
-    s.interpolation = lastInterpolation_;
-  }
-  w_.displaySettingChanged("Interpolation", false);
-}
-
-void WindowKeys::linePlot() {
-  auto& s = w_.display().settings();
-  s.linePlot = !s.linePlot;
-  w_.displaySettingChanged("Line", false);
-}
-
-void WindowKeys::psetPlot() {
-  auto& s = w_.display().settings();
-  s.psetPlot = !s.psetPlot;
-  w_.displaySettingChanged("Pixel", false);
-}
-
-void WindowKeys::toggleWide() {
-  auto& s = w_.display().settings();
-  s.wide = !s.wide;
-  w_.displaySettingChanged("Wide", true);
-}
-
 void WindowKeys::toggleZoom() {
   QScreen* screen = w_.screen() ? w_.screen() : QGuiApplication::primaryScreen();
   if (!screen || screen->size().width() < kZoomScreenWidth) return;
@@ -67,59 +26,6 @@ void WindowKeys::toggleZoom() {
   // Between the usual size and the next larger one.
   s.zoom = s.zoom == 2 ? 1 : 2;
   w_.displaySettingChanged("Zoom", true);
-}
-
-void WindowKeys::layoutDisplay() {
-  w_.display().SetupDisplay();
-  w_.displayGeometryChanged();
-  main_.replayLastPacket();
-}
-
-void WindowKeys::toggleMemoKey() {
-  auto& s = w_.display().settings();
-  s.memory = s.memory == 0 ? 1 : 0;
-  w_.displaySettingChanged("Memory", false);
-}
-
-void WindowKeys::stepHScrollCenter(int step) {
-  if (w_.control().timebase().model().HScrollCenterEnabled) w_.control().timebase().stepHScrollCenter(step);
-}
-
-void WindowKeys::stepVScroll(int step) {
-  if (w_.control().channel().model().HardwShift1) w_.control().channel().stepVScroll(step);
-}
-
-void WindowKeys::stepTimeDiv(int step) { w_.control().timebase().stepTimeDiv(step); }
-void WindowKeys::stepVoltDiv(int step) { w_.control().channel().stepVoltDiv(step); }
-
-void WindowKeys::toggleAverage() {
-  auto& ch = w_.control().channel();
-  ch.Average1_Click(!ch.model().Average1);
-}
-
-void WindowKeys::toggleHiRes() {
-  auto& ch = w_.control().channel();
-  ch.HiRes1_Click(!ch.model().HiRes1);
-}
-
-void WindowKeys::toggleOpenClose() {
-  auto& ch = w_.control().channel();
-  ch.OpenClose1_Click(!ch.model().OpenClose1);
-}
-
-void WindowKeys::toggleGround() {
-  auto& ch = w_.control().channel();
-  ch.Ground1_Click(!ch.model().Ground1);
-}
-
-void WindowKeys::toggleFilterL() {
-  auto& ch = w_.control().channel();
-  ch.FilterL1_Click(!ch.model().FilterL1);
-}
-
-void WindowKeys::toggleFilterH() {
-  auto& ch = w_.control().channel();
-  ch.FilterH1_Click(!ch.model().FilterH1);
 }
 
 void WindowKeys::trigger(const QString& item, bool open) {

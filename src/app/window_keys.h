@@ -1,38 +1,20 @@
 #pragma once
 #include <QString>
 
-#include "session/run_key_actions.h"
+#include "session/session_keys.h"
 
 namespace zorvik {
 
 class mainwin;
 
-// The keys the window answers beyond run control: the channel, the time base and the display.
-class WindowKeys : public RunKeyActions {
+// The keys that need the window beyond the session's own: close, the zoom that needs a wide screen, the
+// meters, the pictures and the recorder (through the window's menu items).
+class WindowKeys : public SessionKeys {
  public:
-  WindowKeys(mainwin& window, MainController& main, RunControl& run, TriggerControl& trigger)
-      : RunKeyActions(main, run, trigger), w_(window) {}
+  WindowKeys(mainwin& window, ScopeSession& session) : SessionKeys(session), w_(window) {}
 
   void closeProgram() override;
-  void toggleSyncroLine() override;
-  void toggleNullLine() override;
-  void toggleInterpolation() override;
-  void linePlot() override;
-  void psetPlot() override;
-  void toggleWide() override;
   void toggleZoom() override;
-  void layoutDisplay() override;
-  void toggleMemoKey() override;
-  void stepHScrollCenter(int step) override;
-  void stepVScroll(int step) override;
-  void stepTimeDiv(int step) override;
-  void stepVoltDiv(int step) override;
-  void toggleAverage() override;
-  void toggleHiRes() override;
-  void toggleOpenClose() override;
-  void toggleGround() override;
-  void toggleFilterL() override;
-  void toggleFilterH() override;
   void openMeter(char key) override;
   void openMeterFFT() override;
   void openMeterStat() override;
@@ -44,7 +26,6 @@ class WindowKeys : public RunKeyActions {
   // Runs a menu item of the window by its name; `open` leaves an item that is already checked alone.
   void trigger(const QString& item, bool open = false);
   mainwin& w_;
-  int lastInterpolation_ = 2;  // what "I" brings back after it switched interpolation off
 };
 
 }  // namespace zorvik

@@ -163,7 +163,10 @@ int runSessionCommand(const std::vector<std::string>& args, std::ostream& out, s
       while (start <= list.size()) {
         size_t comma = list.find(',', start);
         std::string k = list.substr(start, comma == std::string::npos ? std::string::npos : comma - start);
-        if (!k.empty()) opt.keys.push_back(k);
+        if (!k.empty()) {
+          if (k != "Comma" && !KeyMap::isKeyName(k)) throw Fault("--keys: unknown key \"" + k + "\"");
+          opt.keys.push_back(k);
+        }
         if (comma == std::string::npos) break;
         start = comma + 1;
       }

@@ -75,13 +75,19 @@ SessionResult HeadlessSession::run(const SessionOptions& options) {
       },
       left());
   r.readyReached = r.readyReached && main().sessionState() == SessionState::Ready;
-  if (!r.readyReached) {
-    r.error = "the session did not reach Ready (state " + std::string(sessionStateName(main().sessionState())) + ")";
-  } else {
+  auto pressKeys = [&] {
     for (const auto& k : options.keys) {
       session_->keys().press(k == "Comma" ? std::string(",") : k, clock.elapsed());
       QCoreApplication::processEvents();
     }
+  };
+  if (!r.readyReached) {
+    r.error = "the session did not reach Ready (state " + std::string(sessionStateName(main().sessionState())) + ")";
+    // The keys still go in, so that what they do (or may not do) before Ready shows.
+    pressKeys();
+    spinUntil([] { return false; }, 50);
+  } else {
+    pressKeys();
     // Counted here, not by PacketCount: the display's persistence zeroes that when it starts again.
     if (options.single) {
       for (int i = 0; i < options.packets && main().Online(); ++i) {

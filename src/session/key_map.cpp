@@ -11,6 +11,13 @@ constexpr const char* kMeterKeys = "DHLVAUNFPWCTBR5/\\'.";
 constexpr char kRecorderKeys[] = {'A', 'R'};
 }  // namespace
 
+bool KeyMap::isKeyName(const std::string& key) {
+  if (key.size() == 1) return key[0] > ' ' && key[0] < 127;
+  for (const char* n : {"Esc", "Left", "Right", "Up", "Down", "Home", "End", "PageUp", "PageDown", "Backspace"})
+    if (key == n) return true;
+  return false;
+}
+
 bool KeyMap::press(const std::string& key, int64_t nowMs, bool shift, bool alt) {
   if (key.empty()) return false;
   const bool single = key.size() == 1;

@@ -57,6 +57,8 @@ class KeyMap {
   // key: a letter or digit or sign as typed ("a" and "A" alike), or one of "Esc", "Left", "Right", "Up",
   // "Down", "Home", "End", "PageUp", "PageDown", "Backspace". Returns whether the key was taken.
   bool press(const std::string& key, int64_t nowMs, bool shift = false, bool alt = false);
+  // A name press() knows: one of the named keys above, or one printable character.
+  static bool isKeyName(const std::string& key);
   char pendingPrefix() const { return prefix_; }
   bool devMode = false;
 

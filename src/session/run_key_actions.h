@@ -11,8 +11,14 @@ class RunKeyActions : public KeyActions {
  public:
   RunKeyActions(MainController& main, RunControl& run, TriggerControl& trigger)
       : main_(main), run_(run), trig_(trigger) {}
-  void keyStart() override { run_.KeyStart_Click(); }
-  void toggleWorkMode() override { run_.WorkMode_Click(!run_.model().WorkMode); }
+  // Start and Serial are keys for controls that stay disabled until the session is ready: the keys pass
+  // the same gate.
+  void keyStart() override {
+    if (main_.state().startEnabled) run_.KeyStart_Click();
+  }
+  void toggleWorkMode() override {
+    if (main_.state().startEnabled) run_.WorkMode_Click(!run_.model().WorkMode);
+  }
   void toggleAutoWait() override { run_.AutoWait_Click(!run_.model().AutoWait); }
   void calibrate() override {
     if (main_.link() && main_.Online()) main_.link()->SendCommand("C", false, false);

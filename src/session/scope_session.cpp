@@ -14,7 +14,7 @@
 #include "session/basic_control.h"
 #include "session/key_map.h"
 #include "session/run_control.h"
-#include "session/run_key_actions.h"
+#include "session/session_keys.h"
 #include "spectrum/spectrum_stage.h"
 #include "stat/stat_stage.h"
 
@@ -129,7 +129,7 @@ ScopeSession::ScopeSession(SettingsStore& settings, const InstanceIdentity& iden
     refreshPlotInputs();
   };
 
-  runKeys_ = std::make_unique<RunKeyActions>(*main_, *run_, *trigger_);
+  runKeys_ = std::make_unique<SessionKeys>(*this);
   keys_ = std::make_unique<KeyMap>(*runKeys_);
 
   if (link_) {
@@ -194,7 +194,10 @@ void ScopeSession::vertZoomChanged() {
 
 void ScopeSession::displaySettingChanged(const char* name, bool setup) {
   display_->saveSetting(name);
-  if (setup) display_->SetupDisplay();
+  if (setup) {
+    display_->SetupDisplay();
+    onLayoutView();
+  }
   display_->ClearIntensity();
   main_->setReplotNeeded(true);
   main_->replayLastPacket();

@@ -72,7 +72,7 @@ class ScopeSession {
   ViewZoom& hZoom() { return *hZoom_; }
   ViewZoom& vZoom() { return *vZoom_; }
 
-  // The keyboard: run control's and the trigger's keys, or a front end's fuller set.
+  // The keyboard: the session's own keys, or a front end's fuller set built on them.
   KeyMap& keys() { return *keys_; }
   void setKeyActions(KeyActions* actions);
 
@@ -81,6 +81,7 @@ class ScopeSession {
   std::function<void()> onTriggerView = [] {};  // the trigger's model changed
   std::function<void()> onHorZoomView = [] {};  // the horizontal view zoom changed
   std::function<void()> onVertZoomView = [] {};
+  std::function<void()> onLayoutView = [] {};   // the display was laid out anew (its size may change)
   // Pictures of the display carry the labels.
   std::function<bool()> picturesWithLabels = [] { return false; };
 

@@ -7,6 +7,7 @@
 
 #include "config/settings.h"
 #include "control/trigger_control.h"
+#include "display/scope_display.h"
 #include "export/animation_recorder.h"
 #include "measure/measurement_pass.h"
 #include "measure/meter_readings.h"
@@ -96,4 +97,34 @@ TEST_F(ScopeSessionTest, TheSerialKeyStopsARecordingAsTheCheckBoxDoes) {
   EXPECT_FALSE(core().run().model().WorkMode);
   EXPECT_FALSE(core().recorder().recording());
   EXPECT_GE(saved, 2);
+}
+
+TEST_F(ScopeSessionTest, StartAndSerialKeysWaitForReadyAsTheirControlsDo) {
+  // A limit that never arrives keeps the session setting up, Start and Serial disabled.
+  session = std::make_unique<HeadlessSession>(settings, std::vector<std::string>{"rate=max,fault=missing:TPl"});
+  session->main().KeyConnect_Click();
+  ASSERT_TRUE(spinUntil([&] { return session->main().sessionState() == SessionState::SettingUp; }, 5000));
+  spinFor(400);  // past the first-time timer
+  ASSERT_FALSE(session->main().state().startEnabled);
+  core().run().WorkMode_Click(false);
+  const bool serialBefore = core().run().model().WorkMode;
+  core().keys().press("Backspace", 0);
+  core().keys().press("\\", 0);
+  spinFor(100);
+  EXPECT_EQ(core().run().model().WorkMode, serialBefore);
+  for (const std::string& r : session->link().requests) EXPECT_EQ(r.find("D"), std::string::npos) << r;
+  EXPECT_TRUE(session->packetLog().empty());
+}
+
+TEST_F(ScopeSessionTest, ChannelTimeBaseAndDisplayKeysWorkWithoutAWindow) {
+  connect("rate=50");
+  const int timeDiv = core().timebase().model().ScrollTimeDiv;
+  const bool average = core().channel().model().Average1;
+  const int interpolation = core().display().settings().interpolation;
+  core().keys().press("Home", 0);
+  core().keys().press("A", 0);
+  core().keys().press("I", 0);
+  EXPECT_NE(core().timebase().model().ScrollTimeDiv, timeDiv);
+  EXPECT_NE(core().channel().model().Average1, average);
+  EXPECT_NE(core().display().settings().interpolation, interpolation);
 }
