@@ -23,10 +23,10 @@ CalibrationPage::CalibrationPage(SettingsStore& settings, RunControl& run, QWidg
 
   auto* once = new QGroupBox("ONCE mode");
   auto* onceLayout = new QFormLayout(once);
-  CalibrAtKeyStart = box("CalibrAtKeyStart", "by Start click", "KeyStart", true, false);
-  CalibrAtStartRIS = box("CalibrAtStartRIS", "in RIS mode", "KeyStartRIS", false, false);
-  CalibrAtStartAC = box("CalibrAtStartAC", "if AC input", "KeyStartAC", true, false);
-  CalibrAtStartDelay = list("CalibrAtStartDelay", "StartDelay", 1, calibrationDelayList(), false);
+  CalibrAtKeyStart = box("CalibrAtKeyStart", "by Start click", "KeyStart", false);
+  CalibrAtStartRIS = box("CalibrAtStartRIS", "in RIS mode", "KeyStartRIS", false);
+  CalibrAtStartAC = box("CalibrAtStartAC", "if AC input", "KeyStartAC", false);
+  CalibrAtStartDelay = list("CalibrAtStartDelay", "StartDelay", calibrationDelayList(), false);
   onceLayout->addRow(CalibrAtKeyStart);
   onceLayout->addRow(CalibrAtStartRIS);
   onceLayout->addRow(CalibrAtStartAC);
@@ -35,10 +35,10 @@ CalibrationPage::CalibrationPage(SettingsStore& settings, RunControl& run, QWidg
 
   auto* running = new QGroupBox("RUN mode");
   auto* runLayout = new QFormLayout(running);
-  CalibrAtRunPeriodic = box("CalibrAtRunPeriodic", "Periodically -", "Periodic", true, true);
-  CalibrAtRunRIS = box("CalibrAtRunRIS", "in RIS mode", "PeriodicRIS", false, true);
-  CalibrAtRunAC = box("CalibrAtRunAC", "if AC input", "PeriodicAC", false, true);
-  PeriodicCalibrInterval = list("PeriodicCalibrInterval", "Interval", 5, calibrationIntervalList(), true);
+  CalibrAtRunPeriodic = box("CalibrAtRunPeriodic", "Periodically -", "Periodic", true);
+  CalibrAtRunRIS = box("CalibrAtRunRIS", "in RIS mode", "PeriodicRIS", true);
+  CalibrAtRunAC = box("CalibrAtRunAC", "if AC input", "PeriodicAC", true);
+  PeriodicCalibrInterval = list("PeriodicCalibrInterval", "Interval", calibrationIntervalList(), true);
   runLayout->addRow(CalibrAtRunPeriodic);
   runLayout->addRow(CalibrAtRunRIS);
   runLayout->addRow(CalibrAtRunAC);
@@ -51,11 +51,10 @@ CalibrationPage::CalibrationPage(SettingsStore& settings, RunControl& run, QWidg
   if (left >= 0 && top >= 0) move(left, top);
 }
 
-QCheckBox* CalibrationPage::box(const char* name, const char* caption, const char* key, bool byDefault,
-                                 bool periodic) {
+QCheckBox* CalibrationPage::box(const char* name, const char* caption, const char* key, bool periodic) {
   auto* b = new QCheckBox(caption);
   b->setObjectName(name);
-  b->setChecked(settings_.getBool(kSection, key, byDefault));
+  b->setChecked(settings_.getBool(kSection, key));
   connect(b, &QCheckBox::clicked, this, [this, key, periodic](bool on) {
     settings_.saveInt(kSection, key, on ? 1 : 0);
     enableGroups();
@@ -64,12 +63,12 @@ QCheckBox* CalibrationPage::box(const char* name, const char* caption, const cha
   return b;
 }
 
-QComboBox* CalibrationPage::list(const char* name, const char* key, int byDefault, const std::vector<int>& seconds,
+QComboBox* CalibrationPage::list(const char* name, const char* key, const std::vector<int>& seconds,
                                  bool periodic) {
   auto* c = new QComboBox;
   c->setObjectName(name);
   for (int s : seconds) c->addItem(QString("%1 s").arg(s));
-  const int stored = settings_.getInt(kSection, key, byDefault);
+  const int stored = settings_.getInt(kSection, key);
   c->setCurrentIndex(std::clamp(stored, 0, static_cast<int>(seconds.size()) - 1));
   connect(c, &QComboBox::activated, this, [this, key, periodic](int index) {
     settings_.saveInt(kSection, key, index);

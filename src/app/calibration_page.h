@@ -21,8 +21,8 @@ class CalibrationPage : public QDialog {
   void closeEvent(QCloseEvent* event) override;
 
  private:
-  QCheckBox* box(const char* name, const char* caption, const char* key, bool byDefault, bool periodic);
-  QComboBox* list(const char* name, const char* key, int byDefault, const std::vector<int>& seconds, bool periodic);
+  QCheckBox* box(const char* name, const char* caption, const char* key, bool periodic);
+  QComboBox* list(const char* name, const char* key, const std::vector<int>& seconds, bool periodic);
   void enableGroups();
 
   SettingsStore& settings_;

@@ -45,9 +45,9 @@ void clockLimit(DeviceSettingPage* page, SettingsStore& settings, MainController
   row->addWidget(choice, 1);
   row->addWidget(value);
   page->form()->addRow(caption, row);
-  choice->setCurrentIndex(settings.getInt(kClock, manualKey, 0) == 1 ? 1 : 0);
+  choice->setCurrentIndex(settings.getInt(kClock, manualKey) == 1 ? 1 : 0);
   value->setEnabled(choice->currentIndex() == 1);
-  value->setText(QString::number(settings.getInt(kClock, valueKey, 0)));
+  value->setText(QString::number(settings.getInt(kClock, valueKey)));
   auto apply = [page, &settings, &main, &timebase, choice, value, manualKey, valueKey] {
     try {
       settings.saveInt(kClock, manualKey, choice->currentIndex());

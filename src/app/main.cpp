@@ -47,11 +47,13 @@ int main(int argc, char** argv) {
     store.reset();
     settings = std::make_unique<zorvik::MemorySettings>();
   }
+  // Some defaults hang on the processor's speed: a slower machine starts with less drawing work.
+  settings->setCpuMHz(zorvik::CpuMHz());
 
   // No device library exists on this platform: the simulated instrument stands behind the link.
   auto link = std::make_unique<zorvik::SimulatedObex>(simConfig);
   zorvik::mainwin window(*settings, identity, std::move(link), commandLine);
-  window.setRegistry(store.get(), zorvik::CpuMHz());
+  window.setRegistry(store.get(), settings->cpuMHz());
   window.show();
   window.restoreDefaultPacket();
   return app.exec();

@@ -71,19 +71,19 @@ constexpr CatalogueEntry kCatalogue[] = {
     {"Ch1", "GroundInput", T::Long, R::WrittenOnly},
     {"Ch1", "FilterInputH", T::Long, R::Fixed, "0"},
     {"Ch1", "FilterInputL", T::Long, R::Fixed, "0"},
-    {"Ch1", "AcqMode", T::Long, R::Fixed, "0"},
+    {"Ch1", "AcqMode", T::Text, R::Fixed, "PeakNI"},  // the mode's name, as the channel stores it
     {"Ch1", "AutoTrigLevel", T::Long, R::Fixed, "1"},
     {"Ch1", "TrigFallHist", T::Int, R::Fixed, "0"},
     {"Ch1", "TrigRiseHist", T::Int, R::Fixed, "0"},
     {"Ch1", "TrigSpeed", T::Int, R::Fixed, "0"},
     {"Ch1", "TrigPoz", T::Int, R::Fixed, "127"},
-    {"Ch1", "TrigRiseFall", T::Int, R::Fixed, "127"},
+    {"Ch1", "TrigRiseFall", T::Text, R::Fixed, "/"},  // the slope's caption: "/", "\\", "X" or a blank
     {"Ch1", "TrigCompens<Any>", T::Double, R::Fixed, "0"},
     // Hor
     {"Hor", "HorZoom", T::Int, R::Fixed, "1"},
     {"Hor", "HorZoom<Z>Poz", T::Double, R::Reader},
     // Sampling
-    {"Sampling", "TimePerDiv", T::Int, R::Fixed, "15"},
+    {"Sampling", "TimePerDiv", T::Int, R::Reader},  // the lowest position of the time/div list
     {"Sampling", "RIS", T::Long, R::Fixed, "0"},
     {"Sampling", "Paral", T::Long, R::WrittenOnly},
     {"Sampling", "MemoDepth", T::Int, R::Fixed, "1"},
@@ -166,12 +166,12 @@ constexpr CatalogueEntry kCatalogue[] = {
     {"Spectrum", "Double", T::Long, R::Fixed, "0"},
     {"Spectrum", "DBdiap", T::Int, R::Fixed, "4"},
     {"Spectrum", "Window function", T::Int, R::Fixed, "0"},
-    {"Spectrum", "InterpolationMaxFind", T::Long, R::Fixed, "1"},
     // Meters
     {"Meters", "On", T::Text, R::Fixed, ""},
     {"Meters", "TimingsLevel", T::Int, R::Fixed, "2"},
     {"Meters", "RiseFallLevels2080", T::Bool, R::Fixed, kFalse},
     {"Meters", "TimingPolarity", T::Bool, R::Fixed, kFalse},
+    {"Meters", "InterpolationMaxFind", T::Long, R::Fixed, "1"},  // the main meter's sin(x)/x check box
     {"Meters Positions", "MainComp Left", T::Single, R::Reader},
     {"Meters Positions", "MainComp Top", T::Single, R::Reader},
     {"Meters Positions", "THD Left", T::Single, R::Reader},

@@ -16,7 +16,7 @@ HotKeyValue hotKeyFromValue(int value) {
 }
 
 HotKeyValue readHotKey(SettingsStore& settings, const std::string& windowName) {
-  return hotKeyFromValue(settings.getInt(kSection, windowName, 0));
+  return hotKeyFromValue(settings.getInt(kSection, windowName));
 }
 
 void saveHotKey(SettingsStore& settings, const std::string& windowName, const HotKeyValue& key) {

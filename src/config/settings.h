@@ -3,6 +3,8 @@
 #include <string>
 #include <utility>
 
+#include "config/cpu_speed.h"
+
 namespace zorvik {
 
 // The one seam through which every setting is read and written. The persistent store stands behind it;
@@ -15,10 +17,28 @@ class SettingsStore {
   virtual void SaveSettingValue(const std::string& section, const std::string& name,
                                 const std::string& value) = 0;
 
-  int getInt(const std::string& section, const std::string& name, int def);
-  bool getBool(const std::string& section, const std::string& name, bool def);
+  // The machine the catalogue's speed-dependent defaults are taken for.
+  void setCpuMHz(int cpuMHz) { cpuMHz_ = cpuMHz; }
+  int cpuMHz() const { return cpuMHz_; }
+
+  // Reads whose default is the catalogue's, the single source of defaults. Fault for a name the
+  // catalogue lacks and for one whose default its reader computes (that reader passes it, below).
+  int getInt(const std::string& section, const std::string& name);
+  bool getBool(const std::string& section, const std::string& name);
+  double getDouble(const std::string& section, const std::string& name);
+  std::string getText(const std::string& section, const std::string& name);
+
+  // Reads of the settings whose default the reader computes (a centred place, a position another part
+  // sets). Fault for a name the catalogue lacks, so that a misspelt or built name can't read unseen.
+  int getInt(const std::string& section, const std::string& name, int computedDefault);
+  bool getBool(const std::string& section, const std::string& name, bool computedDefault);
+  double getDouble(const std::string& section, const std::string& name, double computedDefault);
+
   void saveInt(const std::string& section, const std::string& name, long long value);
   void saveBool(const std::string& section, const std::string& name, bool value);
+
+ private:
+  int cpuMHz_ = kDefaultCpuMHz;
 };
 
 // Settings kept only for the life of the object (tests, the CLI's scratch store).

@@ -16,7 +16,7 @@ constexpr int64_t kMaxDelayMicros = 2000000000;
 DelayControl::DelayControl(DeviceContext& main, TriggerControl& trigger) : main_(main), trigger_(trigger) {}
 
 int64_t DelayControl::delayMicros() const {
-  double v = textToNumber(main_.settings().GetSettingValue("Mode", "TrigDelay", "0"), 0);
+  double v = main_.settings().getDouble("Mode", "TrigDelay");
   return static_cast<int64_t>(std::clamp(v, 0.0, static_cast<double>(kMaxDelayMicros)));
 }
 

@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include "config/catalogue.h"
-#include "config/text_number.h"
 #include "link/device_context.h"
 #include "core/eng_text.h"
 
@@ -21,24 +19,20 @@ int64_t microsFromCounts(int64_t counts, int32_t mc) {
   return static_cast<int64_t>(std::trunc(static_cast<double>(counts) * mc / kCountsPerMicrosecondTimesMC));
 }
 
-namespace {
-std::string def(const char* section, const char* name) { return catalogueDefault(section, name, 200); }
-}  // namespace
-
 TriggerControl::TriggerControl(DeviceContext& main) : main_(main) { loadSettings(); }
 
 void TriggerControl::loadSettings() {
   SettingsStore& s = main_.settings();
-  std::string pol = s.GetSettingValue("Ch1", "TrigRiseFall", "/");
+  std::string pol = s.getText("Ch1", "TrigRiseFall");
   // A caption this program did not write counts as the rising edge.
   model_.TrigInd1 = (pol == "/" || pol == "\\" || pol == "X") ? pol : "/";
   model_.TrigPolar1 = model_.TrigInd1;
-  model_.level = std::clamp(s.getInt("Ch1", "TrigPoz", 127), 0, 255);
-  model_.hysteresisF = s.getInt("Ch1", "TrigFallHist", 0) & 3;
-  model_.hysteresisR = s.getInt("Ch1", "TrigRiseHist", 0) & 3;
-  model_.speed = s.getInt("Ch1", "TrigSpeed", 0) & 3;
-  model_.AutoTrig1 = s.getBool("Ch1", "AutoTrigLevel", true);
-  model_.delayMicros = static_cast<int32_t>(textToNumber(s.GetSettingValue("Mode", "TrigDelay", def("Mode", "TrigDelay")), 0));
+  model_.level = std::clamp(s.getInt("Ch1", "TrigPoz"), 0, 255);
+  model_.hysteresisF = s.getInt("Ch1", "TrigFallHist") & 3;
+  model_.hysteresisR = s.getInt("Ch1", "TrigRiseHist") & 3;
+  model_.speed = s.getInt("Ch1", "TrigSpeed") & 3;
+  model_.AutoTrig1 = s.getBool("Ch1", "AutoTrigLevel");
+  model_.delayMicros = static_cast<int32_t>(s.getDouble("Mode", "TrigDelay"));
   DeviceCache& c = main_.cache();
   c.T1 = static_cast<uint8_t>(polarityBits() + model_.hysteresisF + model_.hysteresisR * 4 + model_.speed * 64);
   c.S1 = static_cast<uint8_t>(model_.level);
@@ -114,7 +108,7 @@ std::string TriggerControl::compensationKey() const {
 }
 
 void TriggerControl::SetupTriggerCompensation() {
-  model_.compensationNs = textToNumber(main_.settings().GetSettingValue("Ch1", compensationKey(), "0"), 0);
+  model_.compensationNs = main_.settings().getDouble("Ch1", compensationKey());
   model_.TrigCompensation = model_.compensationNs * 1e-9;
   onChange();
 }
@@ -161,7 +155,7 @@ int TriggerControl::levelFromMarker(double centre, double z, double p, double mi
 }
 
 void TriggerControl::writeTime(const char* reg, const char* key, int32_t& cacheValue) {
-  double micros = textToNumber(main_.settings().GetSettingValue("Mode", key, def("Mode", key)), 0);
+  double micros = main_.settings().getDouble("Mode", key);
   int32_t counts = countsFromMicros(micros, main_.cache().MC, main_.cache().MCd);
   if (main_.Online()) {
     main_.link()->PutRegister4(reg, counts);
@@ -179,7 +173,7 @@ void TriggerControl::PutGetRegisterTW() { writeTime("TW", "TimeoutWait", main_.c
 
 void TriggerControl::tdEcho() {
   const DeviceCache& c = main_.cache();
-  double stored = textToNumber(main_.settings().GetSettingValue("Mode", "TrigDelay", def("Mode", "TrigDelay")), 0);
+  double stored = main_.settings().getDouble("Mode", "TrigDelay");
   model_.delayMicros = static_cast<int32_t>(stored);
   if (c.MC >= 1) {
     model_.DelaySeconds = c.MC / 8333333333.333333 * c.TD;

@@ -81,7 +81,6 @@ void ScopeDisplay::ClearIntensity() {
 
 void ScopeDisplay::clearDisplay() {
   canvas_.clear();
-  mouse_.clear();
   if (onCleared) onCleared();
   painted();
 }

@@ -23,10 +23,10 @@ class ScopeDisplayWindow : public QWidget {
   // MainView::clearDisplay: Cls, markers and selection hidden.
   void clear();
   ScopeDisplay& display() { return display_; }
-  const DisplayMouse& mouse() const { return display_.mouse(); }
+  const DisplayMouse& mouse() const { return mouse_; }
   // Markers and selection hidden, the picture kept.
   void hideMouseTools() {
-    display_.mouse().clear();
+    mouse_.clear();
     update();
   }
 
@@ -52,7 +52,7 @@ class ScopeDisplayWindow : public QWidget {
   void geometryChanged();
   void paintMouseTools(QPainter& p) const;
   ScopeDisplay& display_;
-  DisplayMouse& mouse_;  // the display's own
+  DisplayMouse mouse_;
 };
 
 // The screen check at the end of SetupDisplay for the window that holds the display. The modes offered

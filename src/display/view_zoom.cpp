@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "config/catalogue.h"
 #include "config/settings.h"
-#include "config/text_number.h"
 
 namespace zorvik {
 
@@ -35,7 +35,7 @@ const std::vector<int>& ViewZoom::keyFactors() const {
 
 const char* ViewZoom::section() const { return axis_ == ZoomAxis::Horizontal ? "Hor" : "Ch1"; }
 const char* ViewZoom::name() const { return axis_ == ZoomAxis::Horizontal ? "HorZoom" : "VertZoom"; }
-std::string ViewZoom::positionName(int factor) const { return name() + std::to_string(factor) + "Poz"; }
+std::string ViewZoom::positionName(int factor) const { return zoomValueName(name(), factor, "Poz"); }
 
 int ViewZoom::largeStep() const { return factor_ > 1 ? static_cast<int>(kRange) / (factor_ - 1) : static_cast<int>(kRange); }
 
@@ -51,7 +51,7 @@ std::string ViewZoom::keyToolTip(ZoomAxis axis, int factor) {
 }
 
 void ViewZoom::restore() {
-  const int stored = store_.getInt(section(), name(), 1);
+  const int stored = store_.getInt(section(), name());
   setZoom(isKeyFactor(axis_, stored) ? stored : 1);
 }
 
@@ -66,7 +66,8 @@ void ViewZoom::keyClicked(int factor, bool on) {
 void ViewZoom::setZoom(int factor) {
   factor_ = factor > 1 ? factor : 1;
   if (factor_ > 1) {
-    const double stored = textToNumber(store_.GetSettingValue(section(), positionName(factor_), "0"), 0);
+    // A factor seen for the first time shows the middle of the record.
+    const double stored = store_.getDouble(section(), positionName(factor_), (kMin + kMax) / 2.0);
     value_ = std::isfinite(stored) ? static_cast<int>(std::lround(std::clamp<double>(stored, kMin, kMax))) : 0;
   } else {
     value_ = 0;

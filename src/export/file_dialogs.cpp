@@ -58,7 +58,7 @@ std::string runDialog(FileDialogs& dialogs, SettingsStore& settings, FileDialogK
   request.defaultExtension = defaultExtension;
   request.initialFolder = keeper.before();
   if (!category.empty()) {
-    std::string stored = settings.GetSettingValue(kFoldersSection, category, "");
+    std::string stored = settings.getText(kFoldersSection, category);
     if (!stored.empty() && folderSearchFinds(stored)) request.initialFolder = stored;
   }
   FileDialogAnswer answer = dialogs.ask(request);

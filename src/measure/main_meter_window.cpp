@@ -53,7 +53,7 @@ mainmeter::mainmeter(SettingsStore& settings, QWidget* parent) : QWidget(parent,
   MaxFreq->setObjectName("MaxFreq");
   SinXxInterpolation = new QCheckBox("Sin(x)/x", this);
   SinXxInterpolation->setObjectName("SinXxInterpolation");
-  SinXxInterpolation->setChecked(settings_.getInt("Meters", "InterpolationMaxFind", 1) != 0);
+  SinXxInterpolation->setChecked(settings_.getInt("Meters", "InterpolationMaxFind") != 0);
   connect(SinXxInterpolation, &QCheckBox::clicked, this, [this](bool on) {
     try {
       settings_.saveInt("Meters", "InterpolationMaxFind", on ? 1 : 0);

@@ -11,9 +11,9 @@ constexpr char kSection[] = "Meters";
 
 MeasureOptions loadMeasureOptions(SettingsStore& settings) {
   MeasureOptions o;
-  o.byLevel = std::clamp(settings.getInt(kSection, "TimingsLevel", 2), 0, 3);
-  o.negativePolarity = settings.getBool(kSection, "TimingPolarity", false);
-  o.level2080 = settings.getBool(kSection, "RiseFallLevels2080", false);
+  o.byLevel = std::clamp(settings.getInt(kSection, "TimingsLevel"), 0, 3);
+  o.negativePolarity = settings.getBool(kSection, "TimingPolarity");
+  o.level2080 = settings.getBool(kSection, "RiseFallLevels2080");
   return o;
 }
 

@@ -134,7 +134,7 @@ void unimeter::buildMenus() {
 void unimeter::Stp(const std::string& mnemonic) {
   mnemonic_ = mnemonic;
   setProperty("Tag", q(mnemonic));
-  avgTimeIndex_ = std::clamp(settings_.getInt("Meters setting", mnemonic + " AvgTime", 3), 0, 9);
+  avgTimeIndex_ = std::clamp(settings_.getInt("Meters setting", mnemonic + " AvgTime"), 0, 9);
   state_.AvgTimeMs = kAvgSeconds[avgTimeIndex_] * 1000;
   applyColours();
   // Sized for the widest texts of the fixed-width forms, so that no reading is cut.
@@ -142,7 +142,7 @@ void unimeter::Stp(const std::string& mnemonic) {
   for (QLabel* l : {MinVal, MaxVal, AvgVal}) l->setText("-000.00mdBV");
   adjustSize();
   reference_ = size();
-  const int zoom = std::clamp(settings_.getInt("Meters Positions", mnemonic + " zoom", 1), 1, 4);
+  const int zoom = std::clamp(settings_.getInt("Meters Positions", mnemonic + " zoom"), 1, 4);
   if (zoom > 1) resize(reference_ * zoom);
   QRect screen = QGuiApplication::primaryScreen() ? QGuiApplication::primaryScreen()->availableGeometry()
                                                   : QRect(0, 0, 1024, 768);
@@ -183,7 +183,7 @@ void unimeter::showTexts() {
 
 QColor unimeter::colour(const char* key) const {
   const bool back = std::string(key) == " Back";
-  const int stored = const_cast<SettingsStore&>(settings_).getInt("Meters Colors", mnemonic_ + key, back ? -2147483633 : -2147483630);
+  const int stored = const_cast<SettingsStore&>(settings_).getInt("Meters Colors", mnemonic_ + key);
   // Negative values name the system's colours: the button face and the button text.
   if (stored < 0) return palette().color(back ? QPalette::Button : QPalette::ButtonText);
   const unsigned bgr = static_cast<unsigned>(stored);

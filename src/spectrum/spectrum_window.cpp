@@ -138,15 +138,15 @@ Spectrum::Spectrum(SettingsStore& settings, SpectrumStage& stage, PacketFiles& f
 Spectrum::~Spectrum() { stage_.onComputed = [] {}; }
 
 void Spectrum::loadSettings() {
-  plot_.dB = settings_.getInt(kSection, "VertScale", 0) == 1;
-  const int range = std::clamp(settings_.getInt(kSection, "DBdiap", 4), 0, 6);
+  plot_.dB = settings_.getInt(kSection, "VertScale") == 1;
+  const int range = std::clamp(settings_.getInt(kSection, "DBdiap"), 0, 6);
   plot_.dBRange = kDbRanges[range];
-  plot_.normalize = settings_.getInt(kSection, "Normalize", 0) != 0;
-  plot_.interpolation = std::clamp(settings_.getInt(kSection, "Interpolation1", 0), 0, 2);
-  plot_.interpolationPoints = std::clamp(settings_.getInt(kSection, "InterpolationPoints1", 3), 1, 8);
-  stage_.settings.DCfreq = settings_.getInt(kSection, "DC", 0) != 0;
-  stage_.settings.Doubled = settings_.getInt(kSection, "Double", 0) != 0;
-  stage_.settings.WindowFunction = std::clamp(settings_.getInt(kSection, "Window function", 0), 0, 6);
+  plot_.normalize = settings_.getInt(kSection, "Normalize") != 0;
+  plot_.interpolation = std::clamp(settings_.getInt(kSection, "Interpolation1"), 0, 2);
+  plot_.interpolationPoints = std::clamp(settings_.getInt(kSection, "InterpolationPoints1"), 1, 8);
+  stage_.settings.DCfreq = settings_.getInt(kSection, "DC") != 0;
+  stage_.settings.Doubled = settings_.getInt(kSection, "Double") != 0;
+  stage_.settings.WindowFunction = std::clamp(settings_.getInt(kSection, "Window function"), 0, 6);
   (plot_.dB ? decibels_ : volts_)->setChecked(true);
   DBdiap->setCurrentIndex(range);
   Normir->setChecked(plot_.normalize);

@@ -60,10 +60,10 @@ Stat::Stat(SettingsStore& settings, StatStage& stage, PacketFiles& files, QWidge
   for (QLabel* l : {peak_, LabelLevel, LabelQTY}) readouts->addWidget(l, 1);
   column->addLayout(readouts);
 
-  percent_ = settings_.getInt(kSection, "VertScale", 0) == 1;
-  normalize_ = settings_.getInt(kSection, "Normalize", 0) != 0;
-  interpolation_ = std::clamp(settings_.getInt(kSection, "Interpolation1", 0), 0, 2);
-  interpolationPoints_ = std::clamp(settings_.getInt(kSection, "InterpolationPoints1", 3), 1, 8);
+  percent_ = settings_.getInt(kSection, "VertScale") == 1;
+  normalize_ = settings_.getInt(kSection, "Normalize") != 0;
+  interpolation_ = std::clamp(settings_.getInt(kSection, "Interpolation1"), 0, 2);
+  interpolationPoints_ = std::clamp(settings_.getInt(kSection, "InterpolationPoints1"), 1, 8);
   (percent_ ? percentKey_ : samples_)->setChecked(true);
   Normir->setChecked(normalize_);
   Interpolation->setCurrentIndex(interpolation_);

@@ -50,7 +50,7 @@ int QtMessageSink::show(BoxKind kind, const std::string& title, const std::strin
 
 void QtMessageSink::infoBox(const std::string& text, const std::string& key) {
   bool keyed = !key.empty() && key != instanceTitle_;
-  if (keyed && settings_.getBool("HideInfoWin", key, false)) return;
+  if (keyed && settings_.getBool("HideInfoWin", key)) return;
   auto* box = new QMessageBox(QMessageBox::Information, q(instanceTitle_), q(text), QMessageBox::NoButton, owner_);
   box->setAttribute(Qt::WA_DeleteOnClose);
   box->setModal(false);
@@ -79,7 +79,7 @@ void QtMessageSink::infoBox(const std::string& text, const std::string& key) {
 
 int QtMessageSink::questBox(const std::string& text, const std::string& key, bool withNever) {
   if (!key.empty()) {
-    int stored = settings_.getInt("HideQuestWin", key, 0);
+    int stored = settings_.getInt("HideQuestWin", key);
     if (withNever && stored == kAnswerNo) return kAnswerNo;
     if (stored == kAnswerYes) return kAnswerYes;
   }

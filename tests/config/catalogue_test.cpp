@@ -11,7 +11,7 @@ namespace zorvik {
 namespace {
 
 TEST(Catalogue, DocumentedDefaults) {
-  EXPECT_EQ(catalogueDefault("Sampling", "TimePerDiv", 200), "15");
+  EXPECT_EQ(catalogueDefault("Sampling", "RisAveragesPeaks", 200), "16");
   EXPECT_EQ(catalogueDefault("View", "ShowTime", 300), "7");
   EXPECT_EQ(catalogueDefault("View", "ShowTime", 301), "5");
   EXPECT_EQ(catalogueDefault("View", "GridFore", 600), "False");

@@ -31,6 +31,7 @@ struct ControlFixture : ::testing::Test {
 
   void SetUp() override {
     link.online = false;
+    settings.saveInt("Sampling", "TimePerDiv", 15);  // 100 us a division, where the tests stand
     control = std::make_unique<BasicControl>(main);
     control->fillRegisters(main.registers());
     main.attachLink(&link);

@@ -42,6 +42,7 @@ struct SimSession : ::testing::Test {
   void SetUp() override {
     settings.SaveSettingValue("Ch1", "AcqMode", "Sample");
     settings.saveInt("AutoCalibrating", "StartDelay", 0);
+    settings.saveInt("Sampling", "TimePerDiv", 15);  // 100 us a division
   }
   void start() {
     session = std::make_unique<HeadlessSession>(settings, std::vector<std::string>{"freq=10000,noise=0,rate=200"});

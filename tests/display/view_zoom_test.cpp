@@ -21,7 +21,7 @@ TEST(ViewZoom, KeysTurnEachOtherOffAndEachFactorRemembersItsPosition) {
   EXPECT_EQ(store.GetSettingValue("Hor", "HorZoom", ""), "5");
 
   h.setValue(700);
-  EXPECT_EQ(store.GetSettingValue("Hor", "HorZoom5Poz", ""), "700");
+  EXPECT_EQ(store.GetSettingValue("Hor", "HorZoom 5Poz", ""), "700");
   EXPECT_DOUBLE_EQ(h.frac(), 0.7);
 
   h.keyClicked(2, true);  // the other key: x5 goes off, x2 has its own position
@@ -49,12 +49,12 @@ TEST(ViewZoom, RestoreSwitchOffAndBadStoredValues) {
   EXPECT_EQ(v.factor(), 1);
 
   store.SaveSettingValue("Ch1", "VertZoom", "10");
-  store.SaveSettingValue("Ch1", "VertZoom10Poz", "1e300");
+  store.SaveSettingValue("Ch1", "VertZoom 10Poz", "1e300");
   v.restore();
   EXPECT_EQ(v.factor(), 10);
   EXPECT_EQ(v.value(), ViewZoom::kMax);  // limited to the scroll
   EXPECT_DOUBLE_EQ(v.frac(), 0.5);       // Value / (Max - Min) vertically
-  store.SaveSettingValue("Ch1", "VertZoom10Poz", "nan");
+  store.SaveSettingValue("Ch1", "VertZoom 10Poz", "nan");
   v.setZoom(10);
   EXPECT_EQ(v.value(), 0);
 

@@ -23,7 +23,11 @@ SimConfig quietDevice() {
 
 // The front panel on the core, with the simulated instrument behind the link.
 struct Rig {
-  MemorySettings settings;
+  MemorySettings settings = [] {
+    MemorySettings s;
+    s.saveInt("Sampling", "TimePerDiv", 15);  // 100 us a division, where the tests start
+    return s;
+  }();
   RecordingSink sink;
   MainView view;
   SimulatedObex sim{quietDevice()};

@@ -28,7 +28,11 @@ class MainwinTest : public QObject {
     w->show();
     return w;
   }
-  MemorySettings settings_;
+  MemorySettings settings_ = [] {
+    MemorySettings s;
+    s.saveInt("Sampling", "TimePerDiv", 15);  // 100 us a division, where the tests start
+    return s;
+  }();
 
  private slots:
   void connectReachesReadyAndPacketsArrive() {

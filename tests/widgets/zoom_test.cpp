@@ -54,7 +54,7 @@ class ZoomTest : public QObject {
     QCOMPARE(w->display().inputs().hZoom, 2);
     view->setValue(ViewZoom::kMax);  // the left end of the record
     QCOMPARE(w->display().inputs().hViewFrac, 1.0);
-    QCOMPARE(settings_.GetSettingValue("Hor", "HorZoom2Poz", ""), std::string("1000"));
+    QCOMPARE(settings_.GetSettingValue("Hor", "HorZoom 2Poz", ""), std::string("1000"));
     x2->click();
     QCOMPARE(w->display().inputs().hZoom, 1);
     QCOMPARE(settings_.GetSettingValue("Hor", "HorZoom", ""), std::string("1"));
