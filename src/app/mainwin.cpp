@@ -111,7 +111,6 @@ void mainwin::bindSession() {
   hZoom_ = &s.hZoom();
   vZoom_ = &s.vZoom();
   fwWindow_->attach(firmware_);
-  measure_->selectionVisible = [this] { return display_ && display_->mouse().selection().visible; };
   spectrumStage_->visible = [this] { return spectrum_ && spectrum_->isVisible(); };
   statStage_->visible = [this] { return stat_ && stat_->isVisible(); };
   s.picturesWithLabels = [this] {

@@ -3,11 +3,13 @@
 #include <QClipboard>
 #include <QDateTime>
 #include <QGuiApplication>
+#include <QSignalBlocker>
 #include <memory>
 
 #include "config/settings.h"
 #include "display/scope_display.h"
 #include "export/display_pictures.h"
+#include "export/picture_options.h"
 #include "session/main_controller.h"
 
 namespace zorvik {
@@ -17,6 +19,7 @@ void addPictureMenu(QMenu* file, MainController& main, FileDialogs& dialogs, Set
   QMenu* menu = file->addMenu("Save display");
   menu->setObjectName("SaveToBMPGIFJPG");
   auto pictures = std::make_shared<DisplayPictures>(main, dialogs);
+  auto options = std::make_shared<PictureOptions>(settings);
   auto run = [&main, &display, pictures, fault](PictureTarget target, bool labels, bool autoName, bool transparent) {
     try {
       pictures->setGifTransparency(transparent, static_cast<uint32_t>(display.settings().backColor) & 0xFFFFFF);
@@ -35,37 +38,35 @@ void addPictureMenu(QMenu* file, MainController& main, FileDialogs& dialogs, Set
   const Item items[] = {{"to BMP file", PictureTarget::Bmp},         {"to GIF file", PictureTarget::Gif},
                         {"to JPG file", PictureTarget::Jpeg},        {"to clipboard", PictureTarget::Clipboard},
                         {"as wallpaper file", PictureTarget::Wallpaper}};
-  // The options are read from their items when a command runs.
+  // The options are read from their model when a command runs.
   for (const Item& it : items) {
     QAction* a = menu->addAction(it.caption);
     a->setObjectName(QString("SaveToBMPGIFJPG_%1").arg(static_cast<int>(it.target)));
     const PictureTarget target = it.target;
-    QObject::connect(a, &QAction::triggered, menu, [menu, run, target] {
-      auto checked = [menu](const char* name) {
-        QAction* o = menu->findChild<QAction*>(name);
-        return o && o->isChecked();
-      };
-      run(target, checked("SaveWithLabels"), checked("AutoPictureFileName"), checked("transparentGIF"));
+    QObject::connect(a, &QAction::triggered, menu, [options, run, target] {
+      run(target, options->withLabels(), options->autoFileName(), options->transparentGif());
     });
   }
   menu->addSeparator();
-  auto option = [&settings, menu, fault](const char* caption, const char* object, const char* key) {
+  // Each check mark mirrors its option; a toggle goes to the model, and a failed store puts the mark back.
+  auto option = [menu, options, fault](const char* caption, const char* object, PictureOptions::Option o) {
     QAction* a = menu->addAction(caption);
     a->setObjectName(object);
     a->setCheckable(true);
-    a->setChecked(settings.getBool("Save", key));
-    QObject::connect(a, &QAction::toggled, menu, [&settings, key, fault](bool on) {
+    a->setChecked(options->on(o));
+    QObject::connect(a, &QAction::toggled, menu, [a, options, o, fault](bool on) {
       try {
-        settings.saveBool("Save", key, on);
+        options->set(o, on);
       } catch (const std::exception& e) {
+        const QSignalBlocker b(a);
+        a->setChecked(options->on(o));
         fault(e.what());
       }
     });
-    return a;
   };
-  option("with labels", "SaveWithLabels", "WithLabels");
-  option("auto file name", "AutoPictureFileName", "AutoFileName");
-  option("transparent GIF", "transparentGIF", "transparentGIF");
+  option("with labels", "SaveWithLabels", PictureOptions::WithLabels);
+  option("auto file name", "AutoPictureFileName", PictureOptions::AutoFileName);
+  option("transparent GIF", "transparentGIF", PictureOptions::TransparentGif);
 }
 
 }  // namespace zorvik

@@ -81,6 +81,7 @@ void ScopeDisplay::ClearIntensity() {
 
 void ScopeDisplay::clearDisplay() {
   canvas_.clear();
+  mouse_.clear();
   if (onCleared) onCleared();
   painted();
 }

@@ -6,6 +6,7 @@
 #include "display/display_canvas.h"
 #include "display/display_host.h"
 #include "display/display_labels.h"
+#include "display/display_mouse.h"
 #include "display/display_settings.h"
 #include "display/mode_label.h"
 #include "display/peak_resampler.h"
@@ -63,6 +64,9 @@ class ScopeDisplay : public ChainedStages {
   const Persistence& persistence() const { return persistence_; }
   const TimeView& timeView() const { return time_; }
   const TraceColumns& columns() const { return *columns_; }
+  // The markers and the selection over the picture; every clearing of the display hides them.
+  DisplayMouse& mouse() { return mouse_; }
+  const DisplayMouse& mouse() const { return mouse_; }
 
   // The window's hooks: the surface changed; its size changed; the display was cleared.
   std::function<void()> onPainted;
@@ -70,6 +74,7 @@ class ScopeDisplay : public ChainedStages {
   std::function<void()> onCleared;
 
  private:
+  DisplayMouse mouse_;
   bool longModeTexts() const { return settings_.wide || settings_.zoom >= 1; }
   GradeStyle gradeStyle(int colorItem) const;
   void painted();

@@ -15,18 +15,21 @@
 
 namespace zorvik {
 
-ScopeDisplayWindow::ScopeDisplayWindow(ScopeDisplay& display, QWidget* parent) : QWidget(parent), display_(display) {
+ScopeDisplayWindow::ScopeDisplayWindow(ScopeDisplay& display, QWidget* parent)
+    : QWidget(parent), display_(display), mouse_(display.mouse()) {
   setObjectName("Display");
   setAttribute(Qt::WA_OpaquePaintEvent);
   setMouseTracking(true);  // the cursor's read-out follows the mouse
   display_.onPainted = [this] { update(); };
   display_.onGeometryChanged = [this] { geometryChanged(); };
+  display_.onCleared = [this] { update(); };
   geometryChanged();
 }
 
 ScopeDisplayWindow::~ScopeDisplayWindow() {
   display_.onPainted = nullptr;
   display_.onGeometryChanged = nullptr;
+  display_.onCleared = nullptr;
 }
 
 void ScopeDisplayWindow::geometryChanged() {
@@ -47,7 +50,6 @@ void ScopeDisplayWindow::showState(const MainState& state) {
 }
 
 void ScopeDisplayWindow::clear() {
-  mouse_.clear();
   display_.clearDisplay();
 }
 

@@ -23,10 +23,10 @@ class ScopeDisplayWindow : public QWidget {
   // MainView::clearDisplay: Cls, markers and selection hidden.
   void clear();
   ScopeDisplay& display() { return display_; }
-  const DisplayMouse& mouse() const { return mouse_; }
+  const DisplayMouse& mouse() const { return display_.mouse(); }
   // Markers and selection hidden, the picture kept.
   void hideMouseTools() {
-    mouse_.clear();
+    display_.mouse().clear();
     update();
   }
 
@@ -52,7 +52,7 @@ class ScopeDisplayWindow : public QWidget {
   void geometryChanged();
   void paintMouseTools(QPainter& p) const;
   ScopeDisplay& display_;
-  DisplayMouse mouse_;
+  DisplayMouse& mouse_;  // the display's own
 };
 
 // The screen check at the end of SetupDisplay for the window that holds the display. The modes offered

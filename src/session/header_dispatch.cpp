@@ -130,9 +130,10 @@ void MainController::ObexLinkDLL1_HeaderEvent(const std::string& name, const std
 
 void MainController::dataHeader(const std::string& value, bool parallel) {
   if (value.empty()) {
-    // No trigger came.
+    // No trigger came: the screen, the persistence store and the packet count start again.
     state_.modeColor = kColorRed;
     view_.clearDisplay();
+    onNoTrigger();
     state_.noTriggerVisible = noTriggerMsg_;
     if (state_.modeText == "Started") state_.modeText = "Stopped";
     changed();

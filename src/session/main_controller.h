@@ -68,6 +68,8 @@ class MainController : public DeviceContext, public ObexEvents, public PacketHos
   void setRollCanvas(RollCanvas* canvas, std::function<RollSettings()> settings);
   // A roll starts: the horizontal zoom goes off, since the stream draws one sample a column.
   std::function<void()> onRollZoomOff = [] {};
+  // An empty "D": no trigger came.
+  std::function<void()> onNoTrigger = [] {};
   const RollStream& roll() const { return *roll_; }
 
   // The stages after the header go to the display and the readers, once they are attached.

@@ -75,6 +75,8 @@ ScopeSession::ScopeSession(SettingsStore& settings, const InstanceIdentity& iden
     return in;
   });
   measure_->options = loadMeasureOptions(settings_);
+  // While the display's selection stands the pass reads its cut.
+  measure_->selectionVisible = [this] { return display_->mouse().selection().visible; };
   measure_->onAutoLevel = [this](int level) {
     if (level != trigger_->model().level) trigger_->setLevel(level);
   };
@@ -100,6 +102,7 @@ ScopeSession::ScopeSession(SettingsStore& settings, const InstanceIdentity& iden
   rollCanvas_ = std::make_unique<DisplayRollCanvas>(*display_);
   main_->setRollCanvas(rollCanvas_.get(), [this] { return rollSettingsOf(*display_, main_->scale().SamplesPerDiv); });
   main_->setNoTriggerMsg(display_->settings().noTrigMsg);
+  main_->onNoTrigger = [this] { display_->ClearIntensity(); };
 
   hZoom_ = std::make_unique<ViewZoom>(settings_, ZoomAxis::Horizontal);
   vZoom_ = std::make_unique<ViewZoom>(settings_, ZoomAxis::Vertical);

@@ -128,3 +128,31 @@ TEST_F(ScopeSessionTest, ChannelTimeBaseAndDisplayKeysWorkWithoutAWindow) {
   EXPECT_NE(core().channel().model().Average1, average);
   EXPECT_NE(core().display().settings().interpolation, interpolation);
 }
+
+TEST_F(ScopeSessionTest, ANewPacketClearsTheSelectionSoTheMetersReadTheWholeRecord) {
+  connect("rate=max,signal=sine,freq=1000000");
+  core().measurement().open.insert(Meter::DCV);
+  DisplayMouse& mouse = core().display().mouse();
+  mouse.rightDown(10, 20);
+  mouse.rightMove(120, 200);
+  ASSERT_TRUE(mouse.rightUp());
+  ASSERT_TRUE(mouse.selection().visible);
+  const int passes = core().measurement().passes();
+  core().run().WorkMode_Click(true);
+  ASSERT_TRUE(spinUntil([&] { return core().measurement().passes() >= passes + 3; }, 5000));
+  core().run().WorkMode_Click(false);
+  EXPECT_FALSE(mouse.selection().visible);
+  EXPECT_GT(core().measurement().lastPass().n, 50);
+}
+
+TEST_F(ScopeSessionTest, NoTriggerClearsThePacketCountWithTheScreen) {
+  connect("rate=max");
+  core().run().WorkMode_Click(true);
+  ASSERT_TRUE(spinUntil([&] { return session->main().PacketCount() >= 3; }, 5000));
+  core().run().WorkMode_Click(false);
+  spinFor(50);
+  ASSERT_GT(session->main().PacketCount(), 0);
+  session->main().ObexLinkDLL1_HeaderEvent("D", "", false);
+  EXPECT_EQ(session->main().PacketCount(), 0);
+  EXPECT_TRUE(session->main().state().noTriggerVisible);
+}
