@@ -260,7 +260,7 @@ void MainController::rollHeader(const PacketInfo& header) {
   changed();
 }
 
-void MainController::rollSampleCount(int count) { showCurSamples(count); }
+void MainController::rollSampleCount(int count) { processor_.setSampleCount(count); }
 
 void MainController::rollProgress(bool finished) {
   if (workModeSerial) return;

@@ -70,4 +70,10 @@ PacketInfo PacketProcessor::ProcessPacket(const std::string& packet) {
   return info;
 }
 
+void PacketProcessor::setSampleCount(int count) {
+  sampleCount_ = count;
+  host_.showCurSamples(count);
+  host_.sampleCountChanged(count);
+}
+
 }  // namespace zorvik

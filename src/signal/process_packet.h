@@ -22,6 +22,9 @@ class PacketProcessor {
   int SegmentCount() const { return segmentCount_; }
   int FrameMs() const { return frameMs_; }
   void resetSampleCount() { sampleCount_ = 0; }
+  // A record that arrives as a roll stream announces its count ahead of its samples: the time base and
+  // its labels follow at once.
+  void setSampleCount(int count);
 
  private:
   void updateFrameRate();

@@ -134,6 +134,16 @@ TEST_F(RunModes, SlowTimeBaseStreamsRollChunksThatAddUpToThePackets) {
   EXPECT_NEAR(chunksPerPacket, recordSeconds / 0.025, 1.0);
 }
 
+TEST_F(RunModes, ARollStreamSetsTheSampleCountBeforeItsSamplesArrive) {
+  settings.saveInt("Sampling", "TimePerDiv", kTimeDiv200ms);
+  start("", true, true);
+  ASSERT_TRUE(spinUntil([&] { return session->link().rollChunks >= 2; }, 5000));
+  // The first chunk's header announces the record: the time base is laid out for it already.
+  EXPECT_GT(session->main().SampleCount(), 100);
+  EXPECT_EQ(session->main().state().curSamples, session->main().SampleCount());
+  session->link().SetRepeatCommand(false, "", false);
+}
+
 TEST_F(RunModes, SlowTimeBaseWithoutRsBit1ComesOnlyWhole) {
   settings.saveInt("Sampling", "TimePerDiv", kTimeDiv200ms);
   settings.saveInt("Sampling", "ROLL", 0);
