@@ -6,35 +6,24 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QSignalBlocker>
-#include <cmath>
+#include <algorithm>
+#include <memory>
 
 #include "app/device_setting_page.h"
 #include "config/settings.h"
-#include "config/text_number.h"
+#include "control/clock_limits.h"
 #include "control/timebase_control.h"
 #include "control/trigger_control.h"
+#include "control/trigger_timeouts.h"
 #include "session/main_controller.h"
 
 namespace zorvik {
 
 namespace {
 
-constexpr char kClock[] = "MCUclock";
-
-// A clock limit in MHz pulled into the instrument's range; the range is known once MCl and MCh are.
-long limitClock(double mhz, const DeviceCache& c) {
-  if (c.MCl >= 1 && c.MCh >= 1) {
-    const double fastest = 100000.0 / c.MCl, slowest = 100000.0 / c.MCh;
-    if (mhz > fastest) mhz = std::floor(fastest);
-    if (mhz < slowest) mhz = std::floor(slowest);
-  }
-  return std::lround(mhz);
-}
-
-// One limit: the automatic choice or a manual value, stored under its keys; the time base follows.
-void clockLimit(DeviceSettingPage* page, SettingsStore& settings, MainController& main, TimebaseControl& timebase,
-                const char* caption, const char* object, const char* autoCaption, const char* manualCaption,
-                const char* manualKey, const char* valueKey) {
+// One limit: the automatic choice or a manual value; the limits store it and the time base follows.
+void clockLimit(DeviceSettingPage* page, std::shared_ptr<ClockLimits> limits, ClockLimits::Limit limit,
+                const char* caption, const char* object, const char* autoCaption, const char* manualCaption) {
   auto* choice = new QComboBox(page);
   choice->setObjectName(object);
   choice->addItem(autoCaption);
@@ -45,17 +34,15 @@ void clockLimit(DeviceSettingPage* page, SettingsStore& settings, MainController
   row->addWidget(choice, 1);
   row->addWidget(value);
   page->form()->addRow(caption, row);
-  choice->setCurrentIndex(settings.getInt(kClock, manualKey) == 1 ? 1 : 0);
-  value->setEnabled(choice->currentIndex() == 1);
-  value->setText(QString::number(settings.getInt(kClock, valueKey)));
-  auto apply = [page, &settings, &main, &timebase, choice, value, manualKey, valueKey] {
+  auto show = [choice, value](ClockLimits::Setting s) {
+    choice->setCurrentIndex(s.manual ? 1 : 0);
+    value->setEnabled(s.manual);
+    value->setText(QString::number(s.mhz));
+  };
+  show(limits->setting(limit));
+  auto apply = [page, limits, limit, choice, value, show] {
     try {
-      settings.saveInt(kClock, manualKey, choice->currentIndex());
-      value->setEnabled(choice->currentIndex() == 1);
-      const long mhz = limitClock(textToNumber(value->text().toStdString(), 0), main.cache());
-      value->setText(QString::number(mhz));
-      settings.saveInt(kClock, valueKey, mhz);
-      timebase.SetupTimeDiv();
+      show(limits->set(limit, choice->currentIndex() == 1, value->text().toStdString()));
     } catch (const std::exception& e) {
       page->onFault(e.what());
     }
@@ -85,10 +72,11 @@ DeviceSettingPage* makeClockPage(SettingsStore& settings, MainController& main, 
   maximize->setToolTip("Keep as fast clock as possible (setup sample rate with max c");
   page->form()->addRow(maximize);
   QObject::connect(maximize, &QCheckBox::clicked, page, [&timebase](bool on) { timebase.MaximizeClock_Click(on); });
-  clockLimit(page, settings, main, timebase, "High limit:", "MaxMCUclock", "Use 0.8 of maximum clock frequency",
-             "manual clock frequency high limit", "Manual max", "Maximum");
-  clockLimit(page, settings, main, timebase, "Low limit:", "MinMCUclock", "use minimum device clock frequency",
-             "manual clock frequency low limit", "Manual min", "Minimum");
+  auto limits = std::make_shared<ClockLimits>(main, timebase);
+  clockLimit(page, limits, ClockLimits::High, "High limit:", "MaxMCUclock", "Use 0.8 of maximum clock frequency",
+             "manual clock frequency high limit");
+  clockLimit(page, limits, ClockLimits::Low, "Low limit:", "MinMCUclock", "use minimum device clock frequency",
+             "manual clock frequency low limit");
   page->onRefresh = [&main, &timebase, labels, maximize](const MainState&) {
     const DeviceCache& c = main.cache();
     // Periods in 10 ps: 100000 / period is the frequency in MHz.
@@ -103,28 +91,22 @@ DeviceSettingPage* makeClockPage(SettingsStore& settings, MainController& main, 
 
 DeviceSettingPage* makeTriggerPage(SettingsStore& settings, TriggerControl& trigger, QWidget* parent) {
   auto* page = new DeviceSettingPage(settings, "DeviceTrigPage", "Trigger setting", "DevTrigWin", parent);
-  static constexpr double kMicros[3] = {0.001, 1, 1000};  // ns, us, ms
-  auto timeout = [&](const char* caption, const char* input, const char* units, const char* key, bool autoMode) {
+  auto timeouts = std::make_shared<TriggerTimeouts>(settings, trigger);
+  auto timeout = [&](const char* caption, const char* input, const char* units, TriggerTimeouts::Timeout which) {
     auto* unit = new QComboBox(page);
     unit->setObjectName(units);
     for (const char* u : {"ns", "us", "ms"}) unit->addItem(u);
     unit->setCurrentIndex(1);
     page->input(
         "", input, caption, "", (std::string(input) + "Key").c_str(), "Send new value to scope",
-        [&settings, &trigger, unit, key, autoMode](const QString& t) {
-          QString text = t;
-          text.replace(',', '.');
-          const double micros = textToNumber(text.toStdString(), 0) * kMicros[std::clamp(unit->currentIndex(), 0, 2)];
-          settings.saveInt("Mode", key, std::llround(std::clamp(micros, 0.0, 2.0e9)));
-          if (autoMode)
-            trigger.PutGetRegisterTA();
-          else
-            trigger.PutGetRegisterTW();
+        [timeouts, unit, which](const QString& t) {
+          const auto u = static_cast<TriggerTimeouts::Unit>(std::clamp(unit->currentIndex(), 0, 2));
+          timeouts->set(which, t.toStdString(), u);
         },
         unit);
   };
-  timeout("Auto time-out:", "TrigWaitTimeAuto", "TWTauto", "TimeoutAuto", true);
-  timeout("Norm time-out:", "TrigWaitTimeNorm", "TWTnorm", "TimeoutWait", false);
+  timeout("Auto time-out:", "TrigWaitTimeAuto", "TWTauto", TriggerTimeouts::Auto);
+  timeout("Norm time-out:", "TrigWaitTimeNorm", "TWTnorm", TriggerTimeouts::Norm);
   auto* current = new QLabel(page);
   current->setObjectName("CurTrigWaitTime");
   page->form()->addRow("Now, us:", current);
