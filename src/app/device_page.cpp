@@ -2,6 +2,7 @@
 
 #include <QFormLayout>
 
+#include "core/latin1_text.h"
 #include "link/main_state.h"
 
 namespace zorvik {
@@ -49,7 +50,7 @@ void DevicePage::refresh(const MainState& state) {
   for (auto& [name, label] : fields_) {
     auto it = state.fields.find(name);
     const std::string& text = it == state.fields.end() ? std::string() : it->second;
-    QString t = text.empty() ? QString("-") : QString::fromLatin1(text.data(), static_cast<qsizetype>(text.size()));
+    QString t = text.empty() ? QString("-") : latin1Text(text);
     if (label->text() != t) label->setText(t);
   }
 }

@@ -5,6 +5,7 @@
 #include <QScreen>
 
 #include "config/settings.h"
+#include "core/latin1_text.h"
 #include "link/main_state.h"
 
 namespace zorvik {
@@ -13,7 +14,7 @@ namespace {
 QString text(const MainState& state, const std::string& field) {
   auto it = state.fields.find(field);
   if (it == state.fields.end() || it->second.empty()) return {};
-  return QString::fromLatin1(it->second.data(), static_cast<qsizetype>(it->second.size()));
+  return latin1Text(it->second);
 }
 }  // namespace
 

@@ -4,6 +4,7 @@
 #include <QPainter>
 
 #include "control/trigger_control.h"
+#include "core/latin1_text.h"
 #include "display/scope_display.h"
 
 namespace zorvik {
@@ -49,7 +50,7 @@ void TriggerMarker::paintEvent(QPaintEvent*) {
   p.setFont(f);
   p.setPen(Qt::darkYellow);
   p.drawLine(0, y, 3, y);
-  const QString caption = QString::fromLatin1(trigger_.model().TrigInd1.c_str());
+  const QString caption = latin1Text(trigger_.model().TrigInd1);
   p.setPen(palette().windowText().color());
   p.drawText(QRect(3, y - 8, width() - 3, 16), Qt::AlignCenter, caption.trimmed().isEmpty() ? "-" : caption);
 }

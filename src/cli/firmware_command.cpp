@@ -5,6 +5,7 @@
 
 #include "cli/decode_command.h"
 #include "core/fault.h"
+#include "core/latin1_text.h"
 #include "firmware/zfw_image.h"
 
 namespace zorvik {
@@ -14,9 +15,9 @@ int runZfwCommand(const std::vector<std::string>& args, std::ostream& out, std::
   const std::optional<ZfwImage> image = parseZfw(readFileBytes(args[0]));
   if (!image) throw Fault("Firmware file error! " + args[0]);
   QJsonObject o;
-  o["target"] = QString::fromLatin1(image->target.data(), static_cast<qsizetype>(image->target.size()));
-  o["version"] = QString::fromLatin1(image->version.data(), static_cast<qsizetype>(image->version.size()));
-  o["date"] = QString::fromLatin1(image->date.data(), static_cast<qsizetype>(image->date.size()));
+  o["target"] = latin1Text(image->target);
+  o["version"] = latin1Text(image->version);
+  o["date"] = latin1Text(image->date);
   o["body_length"] = static_cast<qint64>(image->body.size());
   o["sector_count"] = image->SectorCount;
   o["sector_size"] = image->SectorSize;

@@ -1,5 +1,6 @@
 #include "cli/settings_command.h"
 
+#include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -10,6 +11,7 @@
 #include "config/registry.h"
 #include "config/registry_errors.h"
 #include "config/registry_store.h"
+#include "core/latin1_text.h"
 
 namespace zorvik {
 
@@ -18,10 +20,6 @@ namespace {
 constexpr const char* kUsage =
     "usage: settings [--instance 1|2] set SECTION/NAME=VALUE... | get SECTION/NAME | export FILE.reg | "
     "import FILE.reg | reset";
-
-QString bytesText(const std::string& s) {
-  return QString::fromLatin1(s.data(), static_cast<qsizetype>(s.size()));
-}
 
 void print(std::ostream& out, const QJsonObject& o) {
   out << QJsonDocument(o).toJson(QJsonDocument::Compact).toStdString() << "\n";
@@ -74,9 +72,9 @@ int set(RegistryStore& store, const Options& o, const std::vector<std::string>& 
   }
   QJsonArray written;
   for (const auto& a : all)
-    written.append(QJsonObject{{"section", bytesText(a.section)},
-                               {"name", bytesText(a.name)},
-                               {"value", bytesText(a.value.empty() ? " " : a.value)}});
+    written.append(QJsonObject{{"section", latin1Text(a.section)},
+                               {"name", latin1Text(a.name)},
+                               {"value", latin1Text(a.value.empty() ? " " : a.value)}});
   print(out, QJsonObject{{"instance", o.instance}, {"set", written}});
   return 0;
 }
@@ -96,9 +94,9 @@ int get(RegistryStore& store, const Options& o, const std::vector<std::string>& 
   bool stored = !value.empty();
   if (!stored) value = catalogueDefault(section, name, CpuMHz());
   print(out, QJsonObject{{"instance", o.instance},
-                         {"section", bytesText(section)},
-                         {"name", bytesText(name)},
-                         {"value", bytesText(value)},
+                         {"section", latin1Text(section)},
+                         {"name", latin1Text(name)},
+                         {"value", latin1Text(value)},
                          {"stored", stored}});
   return 0;
 }
@@ -122,7 +120,8 @@ int run(const std::vector<std::string>& args, std::ostream& out) {
   }
   if (command == "import") {
     LoadAllSettings(store, words[0]);
-    print(out, QJsonObject{{"imported", bytesText(words[0])}});
+    // A path is the file system's bytes, shown as Qt names files (UTF-8 here), not as stored text.
+    print(out, QJsonObject{{"imported", QFile::decodeName(QByteArray::fromStdString(words[0]))}});
     return 0;
   }
   ResetSettings(store, settingsName);

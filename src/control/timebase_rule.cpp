@@ -4,8 +4,8 @@
 #include <cmath>
 #include <optional>
 
-#include "control/whole_numbers.h"
 #include "core/fault.h"
+#include "core/whole_numbers.h"
 
 namespace zorvik {
 
@@ -43,7 +43,7 @@ struct Round {
       if (!std::isfinite(whole)) throw Fault("Overflow: the sampling period has no finite value");
       ts = std::max((std::trunc(whole / 256) + 1) * 256, low);
     }
-    int32_t result = truncToInt32(ts, "TS");
+    int32_t result = truncToInt32OrFault(ts, "TS");
     int32_t limit = qsMax(result);
     // Only at the deepest memory may the packet fall short of the screen, and by less than half.
     if (screenSamples > limit && (static_cast<double>(screenSamples) / limit >= 2 || in.MemoDepth < 3))
@@ -91,7 +91,7 @@ struct Round {
     if (x < 2) x = 2;
     // Twice TMh fits 33 bits; a step beyond it leaves nothing.
     int64_t twice = 2 * static_cast<int64_t>(in.limits.TMh);
-    int64_t ts = x > 9e9 ? 0 : twice / truncToInt64(x, "RIS step");
+    int64_t ts = x > 9e9 ? 0 : twice / truncToInt64OrFault(x, "RIS step");
     ts = in.MaximizeClock ? std::min<int64_t>(ts, in.limits.TMh) : std::max<int64_t>(ts, in.limits.TMl);
     auto result = static_cast<int32_t>(ts);  // within TMh or at TMl after the limit
     if (screenSamples > qsMax(result)) return std::nullopt;
@@ -105,7 +105,7 @@ struct Round {
     r.ScreenSamples = screenSamples;
     r.TS = ts;
     if (ts == 0) throw Fault("Division by zero: the sampling period TS is 0");
-    r.MC = roundToInt32(m * 1e11 * 256.0 / ts, "MC");
+    r.MC = roundToInt32OrFault(m * 1e11 * 256.0 / ts, "MC");
     int32_t limit = qsMax(ts);
     r.QS = screenSamples + 12 < limit ? screenSamples + 12 : limit;
     r.RisActive = branch == TimebaseBranch::Ris;

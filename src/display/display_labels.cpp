@@ -2,9 +2,9 @@
 
 #include <cmath>
 
-#include "display/display_geometry.h"
-#include "display/whole_numbers.h"
 #include "core/eng_text.h"
+#include "core/whole_numbers.h"
+#include "display/display_geometry.h"
 
 namespace zorvik {
 
@@ -33,7 +33,7 @@ void UpdateVertLabels(DisplayLabels& labels, const PlotInputs& in) {
 
 std::optional<int> nullLineRow(const PlotInputs& in) {
   if (!(in.voltPerDiv > 0)) return std::nullopt;
-  const int64_t row = 128 - wholeDiv(static_cast<double>(in.voltOffset) * 256 / in.voltPerDiv, 8);
+  const int64_t row = 128 - wholeDivSaturating(static_cast<double>(in.voltOffset) * 256 / in.voltPerDiv, 8);
   if (row < 0 || row > kTraceRows) return std::nullopt;
   return static_cast<int>(row);
 }
@@ -42,7 +42,7 @@ std::optional<int> triggerLineX(const TimeView& view, const PlotInputs& in, int 
   if (!(view.TimePerDiv != 0) || in.DelayTime != 0) return std::nullopt;
   const double x = plotWidth / 2.0 - static_cast<double>(view.ViewCentre) * 32 / view.TimePerDiv;
   if (!std::isfinite(x) || x < -32768.5 || x > 32767.5) return std::nullopt;
-  const int64_t xi = toWhole(x);
+  const int64_t xi = roundToInt64Saturating(x);
   if (xi < 0 || xi > plotWidth) return std::nullopt;
   return static_cast<int>(xi);
 }

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "core/whole_numbers.h"
 #include "display/sample_buffer.h"
-#include "display/whole_numbers.h"
 
 namespace zorvik {
 
@@ -16,7 +16,7 @@ const double kLzStep = static_cast<double>(kPiF) / kLanczosWindow;
 int32_t finish(double sum) {
   if (sum != sum) sum = 0;
   sum = std::clamp(sum, -32768.0, 32767.0);
-  return static_cast<int32_t>(roundEven(sum + 32768));
+  return static_cast<int32_t>(roundHalfEven(sum + 32768));
 }
 
 double sumOf(const double* terms, int n) {
@@ -47,7 +47,7 @@ void Interpolator::prepareLagrange(int taps) {
 }
 
 int32_t Interpolator::at(Interpolation kind, const SampleBuf& s, float p, int taps) {
-  const int64_t i = floorWhole(p);
+  const int64_t i = floorToInt64Saturating(p);
   if (static_cast<double>(p) == static_cast<double>(i)) return s.at(i);
   const int64_t len = s.length();
   if (i < 0 || i >= len) return 0;

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
-#include "display/whole_numbers.h"
+#include "core/whole_numbers.h"
 
 namespace zorvik {
 
@@ -14,7 +14,7 @@ uint8_t zoomed(int byte, double vZoom, double pan) {
   const double b = (byte - 0x80) * vZoom + pan;
   if (b > 255) return 255;
   if (b < 0) return 0;
-  return static_cast<uint8_t>(std::min<int64_t>(toWhole(b), 255));
+  return static_cast<uint8_t>(std::min<int64_t>(roundToInt64Saturating(b), 255));
 }
 }  // namespace
 
@@ -48,13 +48,15 @@ bool PeakResampler::run(std::string_view segment, const PeakRequest& r, PeakColu
   out.ratio = ratio;
   out.xStep = std::max(1, r.xStep);
   const double rounded = static_cast<double>(pairs / 16 * 16);
-  out.start = position(static_cast<double>(pairs) / 2 - r.hViewFrac * (rounded - pw / ratio) / 2 - (pw / 2) / ratio);
+  out.start = roundToPositionSaturating(static_cast<double>(pairs) / 2 -
+                                        r.hViewFrac * (rounded - pw / ratio) / 2 - (pw / 2) / ratio);
   if (ratio * static_cast<double>(pairs) >= pw) {
     out.xFirst = 0;
     out.xLast = pw - 1;
   } else {
-    out.xFirst = static_cast<int>(std::clamp<int64_t>(wholeDiv(pw - ratio * static_cast<double>(pairs), 2), 0, pw));
-    out.xLast = static_cast<int>(std::clamp<int64_t>(wholeDiv(ratio * static_cast<double>(pairs) + pw, 2) - 1, -1, pw - 1));
+    const double span = ratio * static_cast<double>(pairs);
+    out.xFirst = static_cast<int>(std::clamp<int64_t>(wholeDivSaturating(pw - span, 2), 0, pw));
+    out.xLast = static_cast<int>(std::clamp<int64_t>(wholeDivSaturating(span + pw, 2) - 1, -1, pw - 1));
   }
 
   if (ratio == 1) {
@@ -70,7 +72,7 @@ bool PeakResampler::run(std::string_view segment, const PeakRequest& r, PeakColu
     dirty_ = 2 * pairs + 2;
     for (int x = out.xFirst; x <= out.xLast; ++x) {
       const double p = x / ratio + static_cast<double>(out.start);
-      const int64_t i = std::clamp(floorWhole(p), -kFarPosition, kFarPosition);
+      const int64_t i = std::clamp(floorToInt64Saturating(p), -kFarPosition, kFarPosition);
       const int64_t k = 2 * i;
       uint8_t lo = at(k), hi = at(k + 1);
       if (static_cast<double>(i) != p) {

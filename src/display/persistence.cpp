@@ -4,8 +4,8 @@
 #include <cmath>
 #include <cstring>
 
+#include "core/whole_numbers.h"
 #include "display/display_canvas.h"
-#include "display/whole_numbers.h"
 
 namespace zorvik {
 
@@ -28,14 +28,14 @@ class Grader {
  public:
   explicit Grader(const GradeStyle& s) : s_(s), table_(s.inverted ? kGradeColorsInverted : kGradeColors) {
     const int e = std::clamp(s.emphasis, 0, 5);
-    gain_ = static_cast<int>(roundEven((s.inverted ? -230.0 : 230.0) * e / 5));
+    gain_ = static_cast<int>(roundHalfEven((s.inverted ? -230.0 : 230.0) * e / 5));
     offset_ = (s.inverted ? 25 : 255) - gain_;
     // 2 ^ (k i), k = e / 5, as the 32-bit floats they are kept in.
     for (int i = 0; i < 9; ++i) t_[static_cast<size_t>(i)] = static_cast<float>(std::pow(2.0, e / 5.0 * i));
   }
   uint32_t colour(int32_t count, int32_t max) const {
     if (!s_.colour) {
-      const double v = max > 0 ? roundEven(static_cast<double>(count) * gain_ / max + offset_) : offset_;
+      const double v = max > 0 ? roundHalfEven(static_cast<double>(count) * gain_ / max + offset_) : offset_;
       const uint32_t level = static_cast<uint32_t>(std::clamp(v, 0.0, 255.0));
       const int item = s_.colorItem;
       return ((item & 1) ? level << 16 : 0) | ((item & 2) ? level << 8 : 0) | ((item & 4) ? level : 0);

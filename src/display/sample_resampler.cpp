@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "display/whole_numbers.h"
+#include "core/whole_numbers.h"
 
 namespace zorvik {
 
@@ -22,10 +22,10 @@ const char* labelOf(Interpolation kind) {
 
 // The value between two samples on the straight line through them.
 int32_t lineAt(const SampleBuf& s, float p) {
-  const int64_t i = floorWhole(p);
+  const int64_t i = floorToInt64Saturating(p);
   const double f = static_cast<double>(p) - static_cast<double>(i);
   if (f == 0) return s.at(i);
-  return static_cast<int32_t>(roundEven((1 - f) * s.at(i) + f * s.at(i + 1)));
+  return static_cast<int32_t>(roundHalfEven((1 - f) * s.at(i) + f * s.at(i + 1)));
 }
 
 }  // namespace
@@ -34,7 +34,7 @@ uint8_t SampleResampler::row(int32_t value, double vZoom, double pan, int64_t ce
   const double f = vZoom * (value - 0x8000) + pan;
   if (f > static_cast<double>(ceil)) return 255;
   if (f < 0) return 0;
-  return static_cast<uint8_t>(std::min<int64_t>(toWhole(f) / 256, 255));
+  return static_cast<uint8_t>(std::min<int64_t>(roundToInt64Saturating(f) / 256, 255));
 }
 
 void SampleResampler::run(SampleBuf& s, const ResampleRequest& r, TraceColumns& out) {
@@ -52,14 +52,16 @@ void SampleResampler::run(SampleBuf& s, const ResampleRequest& r, TraceColumns& 
   out.fanCount = 0;
   // The middle of the record lies at the middle of the screen at the view's middle position.
   const double rounded = static_cast<double>(len / 32 * 32);
-  out.start = position(static_cast<double>(len) / 2 - r.hViewFrac * (rounded - pw / ratio) / 2 - (pw / 2) / ratio);
+  out.start = roundToPositionSaturating(static_cast<double>(len) / 2 -
+                                        r.hViewFrac * (rounded - pw / ratio) / 2 - (pw / 2) / ratio);
   const bool narrower = ratio * static_cast<double>(len) < pw;
   if (!narrower) {
     out.xFirst = 0;
     out.xLast = pw - 1;
   } else {
-    out.xFirst = static_cast<int>(std::clamp<int64_t>(wholeDiv(pw - ratio * static_cast<double>(len), 2), 0, pw));
-    out.xLast = static_cast<int>(std::clamp<int64_t>(wholeDiv(ratio * static_cast<double>(len) + pw, 2) - 1, -1, pw - 1));
+    const double span = ratio * static_cast<double>(len);
+    out.xFirst = static_cast<int>(std::clamp<int64_t>(wholeDivSaturating(pw - span, 2), 0, pw));
+    out.xLast = static_cast<int>(std::clamp<int64_t>(wholeDivSaturating(span + pw, 2) - 1, -1, pw - 1));
   }
   if (r.ratio < 1) {
     out.label = "Overs";
@@ -76,15 +78,16 @@ void SampleResampler::run(SampleBuf& s, const ResampleRequest& r, TraceColumns& 
 
 void SampleResampler::oversample(const SampleBuf& s, const ResampleRequest& r, bool narrower, TraceColumns& out) {
   const double perColumn = 1.0 / r.ratio;
-  const int64_t m = std::max<int64_t>(1, toWhole(perColumn));
+  const int64_t m = std::max<int64_t>(1, roundToInt64Saturating(perColumn));
   // A column of a whole number of samples is their sum times Ratio; otherwise (zoom 5 on a long record)
   // the nearest whole count is averaged, which keeps the trace on its scale.
   const bool whole = perColumn == static_cast<double>(m);
   const int64_t len = s.length();
   const int32_t* d = s.data();
+  const double ratioD = static_cast<double>(r.ratio);
   for (int x = out.xFirst; x <= out.xLast; ++x) {
-    const int64_t p = narrower ? position((x - out.xFirst) / static_cast<double>(r.ratio))
-                               : position(x / static_cast<double>(r.ratio) + static_cast<double>(out.start));
+    const int64_t p = narrower ? roundToPositionSaturating((x - out.xFirst) / ratioD)
+                               : roundToPositionSaturating(x / ratioD + static_cast<double>(out.start));
     int64_t sum = 0;
     if (p >= 0 && p + m <= len) {
       for (int64_t j = 0; j < m; ++j) sum += d[p + j];
@@ -93,7 +96,8 @@ void SampleResampler::oversample(const SampleBuf& s, const ResampleRequest& r, b
     }
     out.fanStart[static_cast<size_t>(x)] = p;
     out.Out[static_cast<size_t>(x)] = static_cast<int32_t>(
-        whole ? toWhole(static_cast<double>(r.ratio) * static_cast<double>(sum)) : toWhole(static_cast<double>(sum) / m));
+        whole ? roundToInt64Saturating(static_cast<double>(r.ratio) * static_cast<double>(sum))
+              : roundToInt64Saturating(static_cast<double>(sum) / m));
   }
   if (r.keepFan) out.fanCount = static_cast<int>(std::min<int64_t>(m, 1 << 16));
 }
@@ -111,7 +115,8 @@ void SampleResampler::interpolate(SampleBuf& s, const ResampleRequest& r, TraceC
       return;
     case Interpolation::None:
       // Only the columns of samples are drawn; a column between samples (Ratio not whole) takes the line.
-      out.xStep = static_cast<int>(std::clamp<int64_t>(std::max<int64_t>(out.xStep, toWhole(ratio)), 1, kMaxColumns));
+      out.xStep = static_cast<int>(
+          std::clamp<int64_t>(std::max<int64_t>(out.xStep, roundToInt64Saturating(ratio)), 1, kMaxColumns));
       [[fallthrough]];
     case Interpolation::Line:
       s.repeatLast();
@@ -124,7 +129,7 @@ void SampleResampler::interpolate(SampleBuf& s, const ResampleRequest& r, TraceC
 void SampleResampler::mapRows(const SampleBuf& s, const ResampleRequest& r, TraceColumns& out) {
   const double vz = r.vZoom;
   const double pan = 32768 - (vz - 1) * 65536 * r.vViewFrac;
-  const int64_t ceil = toWhole(65535 - vz * 256);
+  const int64_t ceil = roundToInt64Saturating(65535 - vz * 256);
   for (int x = out.xFirst; x <= out.xLast; ++x)
     out.Y[static_cast<size_t>(x)] = row(out.Out[static_cast<size_t>(x)], vz, pan, ceil);
   if (out.fanCount == 0) return;

@@ -5,8 +5,8 @@
 #include <cmath>
 #include <cstdlib>
 
+#include "core/whole_numbers.h"
 #include "display/display_canvas.h"
-#include "display/whole_numbers.h"
 
 namespace zorvik {
 
@@ -48,7 +48,8 @@ bool TracePainter::onSampleGrid(Interpolation interp) {
 }
 
 int TracePainter::gridStep(const TraceColumns& c) {
-  return static_cast<int>(std::clamp<int64_t>(toWhole(std::max<double>(c.ratio, c.xStep)), 1, kMaxColumns));
+  const int64_t step = roundToInt64Saturating(std::max<double>(c.ratio, c.xStep));
+  return static_cast<int>(std::clamp<int64_t>(step, 1, kMaxColumns));
 }
 
 void TracePainter::vectorPass(const TraceColumns& c) {

@@ -6,11 +6,12 @@
 #include <QGridLayout>
 #include <QVBoxLayout>
 
+#include "core/latin1_text.h"
+
 namespace zorvik {
 
 namespace {
 constexpr int kPerRow = 15;
-QString latin(const std::string& s) { return QString::fromLatin1(s.data(), static_cast<qsizetype>(s.size())); }
 }  // namespace
 
 FWupdate::FWupdate(QWidget* parent) : QWidget(parent, Qt::Window) {
@@ -73,16 +74,16 @@ void FWupdate::enableOtherWindows(bool enabled) {
 }
 
 void FWupdate::showImage(const ZfwImage& image) {
-  FWtarget->setText(latin(image.target));
-  FWversion->setText(latin(image.version));
-  FWdate->setText(latin(image.date));
+  FWtarget->setText(latin1Text(image.target));
+  FWversion->setText(latin1Text(image.version));
+  FWdate->setText(latin1Text(image.date));
 }
 
 void FWupdate::showDevice(const DeviceIdentityFields& device) {
-  Model->setText(latin(device.model));
-  HWrev->setText(latin(device.hwRev));
-  SerNum->setText(latin(device.serial));
-  LDver->setText(latin(device.loader));
+  Model->setText(latin1Text(device.model));
+  HWrev->setText(latin1Text(device.hwRev));
+  SerNum->setText(latin1Text(device.serial));
+  LDver->setText(latin1Text(device.loader));
 }
 
 void FWupdate::enableStart(bool enabled) { KeyStartFU->setEnabled(enabled); }

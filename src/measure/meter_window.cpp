@@ -18,8 +18,6 @@ namespace {
 constexpr int kAvgSeconds[10] = {1, 2, 5, 10, 20, 50, 100, 200, 500, 1000};
 constexpr int kScreenMargin = 67;  // 1000 twips of the window kept on the screen
 
-QString q(const std::string& s) { return QString::fromStdString(s); }
-
 }  // namespace
 
 unimeter::unimeter(SettingsStore& settings, const QString& caption, QWidget* parent)
@@ -133,7 +131,7 @@ void unimeter::buildMenus() {
 
 void unimeter::Stp(const std::string& mnemonic) {
   mnemonic_ = mnemonic;
-  setProperty("Tag", q(mnemonic));
+  setProperty("Tag", QString::fromStdString(mnemonic));
   avgTimeIndex_ = std::clamp(settings_.getInt("Meters setting", mnemonic + " AvgTime"), 0, 9);
   state_.AvgTimeMs = kAvgSeconds[avgTimeIndex_] * 1000;
   applyColours();
@@ -175,10 +173,11 @@ void unimeter::ResetMeter() {
 void unimeter::showTexts() {
   // A hidden meter shows itself again at the next pass.
   if (!isVisible() && !mnemonic_.empty() && !quiet_) show();
-  CurVal->setText(q(state_.CurVal));
-  MinVal->setText(q(state_.MinVal));
-  MaxVal->setText(q(state_.MaxVal));
-  AvgVal->setText(q(state_.AvgVal));
+  // Engineering texts are the program's own UTF-8 (their µ), not device bytes.
+  CurVal->setText(QString::fromStdString(state_.CurVal));
+  MinVal->setText(QString::fromStdString(state_.MinVal));
+  MaxVal->setText(QString::fromStdString(state_.MaxVal));
+  AvgVal->setText(QString::fromStdString(state_.AvgVal));
 }
 
 QColor unimeter::colour(const char* key) const {

@@ -22,7 +22,6 @@ namespace zorvik {
 namespace {
 constexpr char kSection[] = "Spectrum";
 const int kDbRanges[7] = {10, 20, 30, 40, 50, 60, 70};
-QString q(const std::string& s) { return QString::fromStdString(s); }
 }  // namespace
 
 Spectrum::Spectrum(SettingsStore& settings, SpectrumStage& stage, PacketFiles& files, QWidget* parent)
@@ -87,8 +86,9 @@ Spectrum::Spectrum(SettingsStore& settings, SpectrumStage& stage, PacketFiles& f
   for (QLabel* l : {OknoSamples, peak_, LabelFrq, LabelAmp}) readouts->addWidget(l, 1);
   column->addLayout(readouts);
   display_->onCursor = [this](double across, double down) {
-    LabelFrq->setText(q(frequencyText(scale_.FreqLeft + across * scale_.FreqSpan)));
-    LabelAmp->setText(q(amplitudeText(scale_.TopAmp - down * (scale_.TopAmp - scale_.BottomAmp), plot_.dB)));
+    LabelFrq->setText(QString::fromStdString(frequencyText(scale_.FreqLeft + across * scale_.FreqSpan)));
+    const double amplitude = scale_.TopAmp - down * (scale_.TopAmp - scale_.BottomAmp);
+    LabelAmp->setText(QString::fromStdString(amplitudeText(amplitude, plot_.dB)));
   };
   loadSettings();
 
@@ -199,17 +199,18 @@ void Spectrum::PlotSpectrum() {
   const SpectrumEngine& e = stage_.engine();
   const SpectrumScale scale = scale_ = SetVertScale(e, plot_);
   const bool valid = stage_.HaveData() && e.ScaleValid;
-  // The scale at the corners: dB without its volts.
+  // The scale at the corners: dB without its volts. Engineering texts are the program's own UTF-8 (their µ).
   auto amp = [this](float v) {
     const std::string t = amplitudeText(v, plot_.dB);
-    return q(t.substr(0, t.find(" /")));
+    return QString::fromStdString(t.substr(0, t.find(" /")));
   };
   display_->setPicture(valid ? spectrumColumns(e, scale, plot_, ValuePlot::kWidth, ValuePlot::kHeight) : std::vector<float>{},
-                       {amp(scale.TopAmp), amp(scale.BottomAmp), QString(), q(frequencyText(scale.FreqLeft + scale.FreqSpan))},
+                       {amp(scale.TopAmp), amp(scale.BottomAmp), QString(),
+                        QString::fromStdString(frequencyText(scale.FreqLeft + scale.FreqSpan))},
                        valid);
   OknoSamples->setText(QString("%1 bins").arg(e.SpecBins));
-  peak_->setText(valid ? q(frequencyText(e.SpecBins > 0 ? e.PeakBin * e.MaxFreq / e.SpecBins : 0) + "  " +
-                           engineeringText(e.PeakAmp, "V"))
+  const double peakHz = e.SpecBins > 0 ? e.PeakBin * e.MaxFreq / e.SpecBins : 0;
+  peak_->setText(valid ? QString::fromStdString(frequencyText(peakHz) + "  " + engineeringText(e.PeakAmp, "V"))
                        : QString());
 }
 

@@ -18,7 +18,6 @@ namespace zorvik {
 
 namespace {
 constexpr char kSection[] = "Stat";
-QString q(const std::string& s) { return QString::fromStdString(s); }
 }  // namespace
 
 Stat::Stat(SettingsStore& settings, StatStage& stage, PacketFiles& files, QWidget* parent)
@@ -89,7 +88,7 @@ Stat::Stat(SettingsStore& settings, StatStage& stage, PacketFiles& files, QWidge
   display_->onCursor = [this](double across, double down) {
     const HistogramEngine& h = stage_.engine();
     const double level = h.LevelLow + across * (h.LevelHigh - h.LevelLow);
-    LabelLevel->setText(q(engineeringText(level, "V")));
+    LabelLevel->setText(QString::fromStdString(engineeringText(level, "V")));
     LabelQTY->setText(quantityText(top_ * (1 - down)));
   };
   stage_.onBuilt = [this] { PlotHistogram(); };
@@ -117,14 +116,15 @@ void Stat::PlotHistogram() {
     rows = plotColumns(counts, HistogramEngine::HistBins, {span / HistogramEngine::HistBins, span, top, 0},
                        false, interpolation_, interpolationPoints_, ValuePlot::kWidth, ValuePlot::kHeight);
   }
-  display_->setPicture(std::move(rows),
-                       {quantityText(top), quantityText(0), q(engineeringText(h.LevelLow, "V")),
-                        q(engineeringText(h.LevelHigh, "V"))},
-                       valid);
+  // Engineering texts are the program's own UTF-8 (their µ), not device bytes.
+  const QString low = QString::fromStdString(engineeringText(h.LevelLow, "V"));
+  const QString high = QString::fromStdString(engineeringText(h.LevelHigh, "V"));
+  display_->setPicture(std::move(rows), {quantityText(top), quantityText(0), low, high}, valid);
   int mode = 0;
   for (int b = 1; b < HistogramEngine::HistBins; ++b)
     if (h.HistCount[static_cast<size_t>(b)] > h.HistCount[static_cast<size_t>(mode)]) mode = b;
-  peak_->setText(valid ? q(engineeringText(h.LevelLow + mode * (h.LevelHigh - h.LevelLow) / 256, "V")) + "  " +
+  const double modeLevel = h.LevelLow + mode * (h.LevelHigh - h.LevelLow) / 256;
+  peak_->setText(valid ? QString::fromStdString(engineeringText(modeLevel, "V")) + "  " +
                              quantityText(h.HistCount[static_cast<size_t>(mode)])
                        : QString());
 }

@@ -5,19 +5,18 @@
 #include <QPushButton>
 #include <QTimer>
 
+#include "core/latin1_text.h"
+
 namespace zorvik {
 
 namespace {
-// Texts are bytes; the program's own are ASCII and paths are UTF-8.
-QString q(const std::string& s) { return QString::fromUtf8(s.data(), static_cast<qsizetype>(s.size())); }
-
 // Remembering an answer must not throw out of a box's handler; a store that can't write says so.
 template <typename F>
 void saveQuietly(F&& save) {
   try {
     save();
   } catch (const std::exception& e) {
-    QMessageBox::critical(nullptr, "Zorvik", QString::fromLocal8Bit(e.what()));
+    QMessageBox::critical(nullptr, "Zorvik", latin1Text(e.what()));
   }
 }
 }  // namespace
@@ -26,17 +25,19 @@ QtMessageSink::QtMessageSink(SettingsStore& settings, std::string instanceTitle)
     : settings_(settings), instanceTitle_(std::move(instanceTitle)) {}
 
 int QtMessageSink::show(BoxKind kind, const std::string& title, const std::string& text, const std::string& key) {
+  // Texts are bytes (a device's own texts among them), shown one byte a character.
+  const QString caption = latin1Text(title), body = latin1Text(text);
   switch (kind) {
     case BoxKind::Information:
-      QMessageBox::information(owner_, q(title), q(text));
+      QMessageBox::information(owner_, caption, body);
       return 0;
     case BoxKind::Critical:
-      QMessageBox::critical(owner_, q(title), q(text));
+      QMessageBox::critical(owner_, caption, body);
       return 0;
     case BoxKind::Question:
-      return QMessageBox::question(owner_, q(title), q(text)) == QMessageBox::Yes ? kAnswerYes : kAnswerNo;
+      return QMessageBox::question(owner_, caption, body) == QMessageBox::Yes ? kAnswerYes : kAnswerNo;
     case BoxKind::OkCancel: {
-      auto b = QMessageBox::question(owner_, q(title), q(text), QMessageBox::Ok | QMessageBox::Cancel);
+      auto b = QMessageBox::question(owner_, caption, body, QMessageBox::Ok | QMessageBox::Cancel);
       return b == QMessageBox::Ok ? kAnswerOk : kAnswerCancel;
     }
     case BoxKind::InfoBox:
@@ -51,7 +52,8 @@ int QtMessageSink::show(BoxKind kind, const std::string& title, const std::strin
 void QtMessageSink::infoBox(const std::string& text, const std::string& key) {
   bool keyed = !key.empty() && key != instanceTitle_;
   if (keyed && settings_.getBool("HideInfoWin", key)) return;
-  auto* box = new QMessageBox(QMessageBox::Information, q(instanceTitle_), q(text), QMessageBox::NoButton, owner_);
+  auto* box = new QMessageBox(QMessageBox::Information, latin1Text(instanceTitle_), latin1Text(text),
+                              QMessageBox::NoButton, owner_);
   box->setAttribute(Qt::WA_DeleteOnClose);
   box->setModal(false);
   QPushButton* ok = box->addButton("OK=11", QMessageBox::AcceptRole);
@@ -83,7 +85,8 @@ int QtMessageSink::questBox(const std::string& text, const std::string& key, boo
     if (withNever && stored == kAnswerNo) return kAnswerNo;
     if (stored == kAnswerYes) return kAnswerYes;
   }
-  QMessageBox box(QMessageBox::Question, q(instanceTitle_), q(text), QMessageBox::NoButton, owner_);
+  QMessageBox box(QMessageBox::Question, latin1Text(instanceTitle_), latin1Text(text), QMessageBox::NoButton,
+                  owner_);
   QPushButton* yes = box.addButton("Yes", QMessageBox::YesRole);
   yes->setToolTip("To answer just now");
   QPushButton* always = box.addButton("Always", QMessageBox::YesRole);

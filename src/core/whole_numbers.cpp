@@ -1,4 +1,4 @@
-#include "control/whole_numbers.h"
+#include "core/whole_numbers.h"
 
 #include <cmath>
 #include <cstdio>
@@ -21,11 +21,11 @@ int32_t fit32(double whole, const char* what) {
 }
 }  // namespace
 
-int32_t roundToInt32(double value, const char* what) { return fit32(std::nearbyint(value), what); }
+int32_t roundToInt32OrFault(double value, const char* what) { return fit32(std::nearbyint(value), what); }
 
-int32_t truncToInt32(double value, const char* what) { return fit32(std::trunc(value), what); }
+int32_t truncToInt32OrFault(double value, const char* what) { return fit32(std::trunc(value), what); }
 
-int64_t truncToInt64(double value, const char* what) {
+int64_t truncToInt64OrFault(double value, const char* what) {
   double whole = std::trunc(value);
   // 2^63 itself does not fit; the comparison also refuses NaN.
   if (!(whole >= -9223372036854775808.0 && whole < 9223372036854775808.0)) overflow(what, whole);
