@@ -148,8 +148,8 @@ void ChannelControl::sensitivityUpdate() {
     main_.settings().saveInt(kSection, "VoltPerDiv", found);
     model_.voltDivMarked = found >= kVoltDivFirst;
     if (model_.voltDivMarked) model_.scrollCH1 = found;
-  } else if (scrollTimeDivPosition() == model_.scrollCH1) {
-    // The time/div scroll names the entry that loses its mark; a mark elsewhere stays.
+  } else {
+    // A value that is no entry (a fine setting) leaves the list without a mark; the number rules the scale.
     model_.voltDivMarked = false;
   }
   main_.setVoltDivPosition(position);

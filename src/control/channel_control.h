@@ -55,8 +55,6 @@ class ChannelControl {
   Listeners onScale;   // the vertical scale moved: labels, replot
   // The echo of M1 asks the time base for the memory limits of the new mode.
   std::function<void()> onModeEcho = [] {};
-  // The position of the time/div scroll, which the V1 echo reads when it finds no entry.
-  std::function<int()> scrollTimeDivPosition = [] { return -1; };
 
   void loadSettings();
 

@@ -9,7 +9,6 @@ namespace zorvik {
 
 BasicControl::BasicControl(DeviceContext& main) : main_(main), channel_(main), timebase_(main) {
   channel_.onModeEcho = [this] { timebase_.limitsOfMode(); };
-  channel_.scrollTimeDivPosition = [this] { return timebase_.model().ScrollTimeDiv; };
 }
 
 void BasicControl::wire(RunControl& run, TriggerControl& trigger) {
