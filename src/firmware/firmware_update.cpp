@@ -55,7 +55,8 @@ void FirmwareUpdate::FirmWareUpdate() {
   // More sectors than a byte can number can't be sent.
   if (!image || image->SectorCount > 256) {
     main_.messages().show(BoxKind::Critical, title, "Firmware file error!");
-    return;  // the window stays loaded and hidden
+    unload();  // as every other refusal: the loader's session ends, a later BOOT offers the update again
+    return;
   }
   image_ = std::move(*image);
   view_.showImage(image_);

@@ -17,6 +17,9 @@ constexpr int kPerRow = 15;
 FWupdate::FWupdate(QWidget* parent) : QWidget(parent, Qt::Window) {
   setObjectName("FWupdate");
   setWindowTitle("Firmware update");
+  // While an update runs no other window may take input. Modality blocks them all; the main window can't
+  // simply be disabled, for Qt disables a window's child windows with it, and this window is one of them.
+  setWindowModality(Qt::ApplicationModal);
   auto* column = new QVBoxLayout(this);
   auto* fields = new QFormLayout;
   auto label = [this](const char* name) {
@@ -69,8 +72,26 @@ void FWupdate::closeWindow() {
 }
 
 void FWupdate::enableOtherWindows(bool enabled) {
-  for (QWidget* w : QApplication::topLevelWidgets())
-    if (w != this && w->isWindow()) w->setEnabled(enabled);
+  if (enabled) {
+    for (const QPointer<QWidget>& w : disabled_)
+      if (w) w->setEnabled(true);
+    disabled_.clear();
+    return;
+  }
+  // Beyond the modality, the other windows are greyed so the user sees why they don't answer: all but this
+  // window's ancestors (see the constructor) and its own children. Only those disabled here come back.
+  auto related = [this](QWidget* w) {
+    for (QWidget* p = parentWidget(); p; p = p->parentWidget())
+      if (p == w) return true;
+    for (QWidget* p = w; p; p = p->parentWidget())
+      if (p == this) return true;
+    return false;
+  };
+  for (QWidget* w : QApplication::topLevelWidgets()) {
+    if (!w->isEnabled() || related(w)) continue;
+    w->setEnabled(false);
+    disabled_.emplace_back(w);
+  }
 }
 
 void FWupdate::showImage(const ZfwImage& image) {

@@ -1,5 +1,6 @@
 #pragma once
 #include <QLabel>
+#include <QPointer>
 #include <QPushButton>
 #include <QWidget>
 #include <vector>
@@ -41,6 +42,7 @@ class FWupdate : public QWidget, public FirmwareView {
   QLabel* InfoMessage = nullptr;
   QWidget* sectorBox_ = nullptr;
   std::vector<QLabel*> SectorShape;
+  std::vector<QPointer<QWidget>> disabled_;  // the windows this update disabled
   bool closing_ = false;
 };
 

@@ -150,3 +150,41 @@ TEST(FirmwareUpdate, AnInstrumentInItsBootStateIsOfferedTheUpdate) {
   EXPECT_EQ(view.good, (std::vector<int>{0, 1}));
   EXPECT_EQ(session.messages().messages.back().text, "Firmware update\r\ncompleted successfully!");
 }
+
+TEST(FirmwareUpdate, ARefusedImageEndsTheUpdateAndTheNextBootOffersItAgain) {
+  TempDir dir;
+  writeFile(dir.file("bad.zfw"), "not a firmware image");
+  writeFile(dir.file("fw.zfw"), image("ZV-1", "1.20", 2 * 512));
+  MemorySettings settings;
+  HeadlessSession session(settings, {"rate=max,fault=boot"});
+  ScriptedFileDialogs dialogs({dir.file("bad.zfw"), dir.file("fw.zfw")});
+  View view;
+  FirmwareUpdate update(session.main(), dialogs, view);
+  session.control().fillRegisters(session.main().registers(), &session.trigger(), &session.run(), &update);
+  auto offers = [&] {
+    int n = 0;
+    for (const RecordedMessage& m : session.messages().messages)
+      if (m.text.find("You must upload firmware. Process?") != std::string::npos) ++n;
+    return n;
+  };
+
+  session.messages().answers = {kAnswerOk, kAnswerOk};
+  session.main().KeyConnect_Click();
+  ASSERT_TRUE(HeadlessSession::spinUntil([&] { return dialogs.requests.size() == 1; }, 5000));
+  const RecordedMessage refused = session.messages().messages.back();
+  EXPECT_EQ(refused.kind, BoxKind::Critical);
+  EXPECT_EQ(refused.text, "Firmware file error!");
+  EXPECT_FALSE(update.Updating);
+  EXPECT_TRUE(view.othersEnabled);
+  EXPECT_FALSE(view.shown);
+  // Ended as the other refusals end it: the session closes.
+  ASSERT_TRUE(HeadlessSession::spinUntil([&] { return !session.main().Online(); }, 3000));
+
+  // The instrument still in its loader: the next connection offers the update again.
+  session.main().KeyConnect_Click();
+  ASSERT_TRUE(HeadlessSession::spinUntil([&] { return view.startEnabled; }, 5000));
+  EXPECT_EQ(offers(), 2);
+  EXPECT_TRUE(update.Updating);
+  EXPECT_FALSE(view.othersEnabled);
+  update.cancel();
+}
