@@ -7,6 +7,7 @@
 #include <QUrl>
 #include <QCloseEvent>
 #include <QDateTime>
+#include <QFile>
 #include <QFormLayout>
 #include <QSignalBlocker>
 #include <QHBoxLayout>
@@ -17,6 +18,7 @@
 #include <QVBoxLayout>
 
 #include "app/calibration_page.h"
+#include "core/latin1_text.h"
 #include "app/clock_trigger_pages.h"
 #include "app/delay_page.h"
 #include "firmware/fw_update_window.h"
@@ -60,9 +62,6 @@
 
 namespace zorvik {
 
-namespace {
-QString q(const std::string& s) { return QString::fromLatin1(s.data(), static_cast<qsizetype>(s.size())); }
-}  // namespace
 
 mainwin::mainwin(SettingsStore& settings, const InstanceIdentity& identity, std::unique_ptr<ClassOBEX> link,
                  const CommandLine& commandLine)
@@ -365,8 +364,8 @@ void mainwin::buildPanel() {
   RisAveragesPeaks = new QComboBox;
   RisAveragesPeaks->setObjectName("RisAveragesPeaks");
   RisAveragesPeaks->setToolTip("number of waveforms to average in device (RIS)");
-  for (const std::string& e : averagesList()) AveragesPeaks->addItem(q(e));
-  for (const std::string& e : risAveragesList()) RisAveragesPeaks->addItem(q(e));
+  for (const std::string& e : averagesList()) AveragesPeaks->addItem(latin1Text(e));
+  for (const std::string& e : risAveragesList()) RisAveragesPeaks->addItem(latin1Text(e));
   connect(AveragesPeaks, &QComboBox::activated, this, [this](int i) { guarded([&] { run_->AveragesPeaks_Click(i); }); });
   connect(RisAveragesPeaks, &QComboBox::activated, this,
           [this](int i) { guarded([&] { run_->RisAveragesPeaks_Click(i); }); });
@@ -415,9 +414,9 @@ void mainwin::placeWindow() {
 void mainwin::stateChanged() {
   if (!KeyConnect) return;  // the core speaks before the panel is built
   const MainState& s = main_->state();
-  setWindowTitle(q(s.caption));
-  KeyConnect->setText(q(s.connectCaption));
-  LinkControl->setText(q(s.connectCaption));
+  setWindowTitle(latin1Text(s.caption));
+  KeyConnect->setText(latin1Text(s.connectCaption));
+  LinkControl->setText(latin1Text(s.connectCaption));
   KeyConnect->setVisible(s.connectVisible);
   KeyStart->setEnabled(s.startEnabled);
   WorkMode->setEnabled(s.startEnabled);
@@ -482,7 +481,7 @@ void mainwin::buildAnimationMenu(QMenu* file) {
       int frames = i == 0 ? 0 : std::atoi(entries[i]);
       if (i == 0) {
         bool ok = false;
-        frames = QInputDialog::getInt(this, q(main_->identity().InstanceTitle), "Input frames number for record", 10, 0,
+        frames = QInputDialog::getInt(this, latin1Text(main_->identity().InstanceTitle), "Input frames number for record", 10, 0,
                                       10000, 1, &ok);
         if (!ok) return;
       }
@@ -518,7 +517,7 @@ void mainwin::saveAnimation(std::vector<AniGIF::Frame> frames) {
   hold.release();
   const std::string& title = main_->identity().InstanceTitle;
   if (sink_.show(BoxKind::Question, title, "Animated GIF saved.\r\nDo you want view it?", "ViewAnimGIF") == kAnswerYes)
-    QDesktopServices::openUrl(QUrl::fromLocalFile(QString::fromStdString(path)));
+    QDesktopServices::openUrl(QUrl::fromLocalFile(QFile::decodeName(QByteArray::fromStdString(path))));
 }
 
 void mainwin::showMemo(const QImage& picture) {
@@ -566,11 +565,11 @@ void mainwin::refreshRunControls() {
   AveragesPeaks->setCurrentIndex(m.averagesIndex);
   RisAveragesPeaks->setCurrentIndex(m.risAveragesIndex);
   WorkMode->setChecked(m.WorkMode);
-  WorkMode->setToolTip(q(m.workModeToolTip));
+  WorkMode->setToolTip(latin1Text(m.workModeToolTip));
   AutoWait->setChecked(m.AutoWait);
-  AutoWait->setToolTip(q(m.autoWaitToolTip));
+  AutoWait->setToolTip(latin1Text(m.autoWaitToolTip));
   KeyStart->setVisible(m.keyStartVisible);
-  frameModeCaption_->setText(q(m.frameModeCaption));
+  frameModeCaption_->setText(latin1Text(m.frameModeCaption));
 }
 
 bool mainwin::eventFilter(QObject* watched, QEvent* event) {

@@ -13,6 +13,7 @@
 #include "config/registry_store.h"
 #include "config/text_number.h"
 #include "core/fault.h"
+#include "core/latin1_text.h"
 #include "export/packet_files.h"
 #include "measure/measurement_pass.h"
 #include "measure/meter_readings.h"
@@ -24,7 +25,6 @@ namespace zorvik {
 
 namespace {
 
-QString bytesText(const std::string& s) { return QString::fromLatin1(s.data(), static_cast<qsizetype>(s.size())); }
 
 // A float as the shortest decimal that reads back to it, not the double next to it (3.125e-06, not
 // 3.1250000742e-06).
@@ -38,10 +38,10 @@ double floatNumber(float v) {
 
 QJsonObject properties(const DeviceCache& c) {
   QJsonObject p;
-  p["VNM"] = bytesText(c.VNM);
-  p["VSN"] = bytesText(c.VSN);
-  p["VHW"] = bytesText(c.VHW);
-  p["VSW"] = bytesText(c.VSW);
+  p["VNM"] = latin1Text(c.VNM);
+  p["VSN"] = latin1Text(c.VSN);
+  p["VHW"] = latin1Text(c.VHW);
+  p["VSW"] = latin1Text(c.VSW);
   p["MCd"] = c.MCd;
   p["MCl"] = c.MCl;
   p["MCh"] = c.MCh;
@@ -240,8 +240,8 @@ int runSessionCommand(const std::vector<std::string>& args, std::ostream& out, s
   for (const auto& msg : session.messages().messages) {
     QJsonObject j;
     j["kind"] = boxKindName(msg.kind);
-    j["title"] = bytesText(msg.title);
-    j["text"] = bytesText(msg.text);
+    j["title"] = latin1Text(msg.title);
+    j["text"] = latin1Text(msg.text);
     msgs.append(j);
   }
   o["messages"] = msgs;

@@ -41,16 +41,16 @@ bool HeadlessSession::spinUntil(const std::function<bool()>& done, int timeoutMs
 void HeadlessSession::dataHeader(const std::string& packet, bool parallel, bool handled) {
   constexpr size_t kNotKept = static_cast<size_t>(-1);
   if (!handled) {
+    // Counted and stopped as the header comes in, before the program takes it: taking a streamed packet
+    // may wait its show time, and the next one arrives inside that wait.
+    if (!packet.empty()) ++packetsTaken_;
+    if (wanted_ > 0 && taken() >= wanted_) recorder_->SetRepeatCommand(false, "", false);
     const bool kept = log_.size() < SessionResult::kMaxPacketLog;
     open_.push_back(kept ? log_.size() : kNotKept);
     if (kept) log_.push_back({packet.size(), !packet.empty() && decodePacket(packet).triggered, parallel, {}});
     return;
   }
-  // Stops a serial run inside the packet's own event, so that no more than asked for arrive (a packet
-  // of a parallel transfer is counted but not drawn, so this is the one place that sees them all).
   ++dataHeaders_;
-  if (!packet.empty()) ++packetsTaken_;
-  if (wanted_ > 0 && taken() >= wanted_) recorder_->SetRepeatCommand(false, "", false);
   if (open_.empty()) return;
   const size_t entry = open_.back();
   open_.pop_back();
