@@ -6,11 +6,11 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QSignalBlocker>
-#include <cmath>
+#include <algorithm>
 
 #include "app/device_setting_page.h"
-#include "config/text_number.h"
 #include "control/channel_control.h"
+#include "control/fine_controls.h"
 #include "control/timebase_control.h"
 #include "control/trigger_control.h"
 #include "link/class_obex.h"
@@ -21,15 +21,6 @@ namespace zorvik {
 
 namespace {
 
-// A typed value as the fields read it: what makes no number is 0, a comma stands for the point.
-double typed(const QString& text) {
-  QString t = text;
-  t.replace(',', '.');
-  return textToNumber(t.toStdString(), 0);
-}
-
-int32_t whole(double v) { return static_cast<int32_t>(std::clamp(std::trunc(v), -2147483648.0, 2147483647.0)); }
-
 const char* const kHysteresis[4] = {"small", "medium", "high", "large"};
 
 }  // namespace
@@ -38,12 +29,13 @@ DeviceSettingPage* makeCh1Page(SettingsStore& settings, MainController& main, Ch
                                TriggerControl& trigger, QWidget* parent) {
   auto* page = new DeviceSettingPage(settings, "DeviceCh1Page", "Device Ch1 setting", "DevCh1Win", parent);
   page->input("Vdiv1cur", "Vdiv1cur", "Fine sencitivity:", "in mV/div", "Vdiv1updateKey", "Send new value to scope",
-              [&main](const QString& t) { main.link()->PutRegister2("V1", whole(typed(t))); });
+              [&main](const QString& t) { main.link()->PutRegister2("V1", fine::whole(t.toStdString())); });
   page->input("Offs1cur", "Offs1cur", "Fine offset:", "offset in 1/256 of full screen (signed)", "Offs1updateKey",
-              "Send new value to scope", [&main](const QString& t) { main.link()->PutRegister2("P1", whole(typed(t))); });
+              "Send new value to scope",
+              [&main](const QString& t) { main.link()->PutRegister2("P1", fine::whole(t.toStdString())); });
   page->input("TrigLev1", "TrigLev1", "Trigger level:", "0...255 (bottom...top)", "TrigLev1updateKey",
               "Send new value to scope",
-              [&trigger](const QString& t) { trigger.setLevel(std::clamp(whole(typed(t)), 0, 255)); });
+              [&trigger](const QString& t) { trigger.setLevel(fine::triggerLevel(t.toStdString())); });
 
   auto* compensation = new QLabel(page);
   compensation->setObjectName("TriggerCompensation1");
@@ -122,9 +114,8 @@ DeviceSettingPage* makeSamplingPage(SettingsStore& settings, MainController& mai
   page->input(
       "", "TimeDivValCur", "Fine T/div:", "any time per division", "FineTimeDivSetKey", "Set this time per division",
       [&timebase, units](const QString& t) {
-        static constexpr double kScale[4] = {1e-9, 1e-6, 1e-3, 1};
-        const int u = std::clamp(units->currentIndex(), 0, 3);
-        timebase.PutGetRegisterMCTSRS(static_cast<float>(typed(t) * kScale[u]));
+        const auto unit = static_cast<fine::TimeUnit>(std::clamp(units->currentIndex(), 0, 3));
+        timebase.PutGetRegisterMCTSRS(static_cast<float>(fine::timePerDiv(t.toStdString(), unit)));
       },
       units);
 
@@ -135,15 +126,7 @@ DeviceSettingPage* makeSamplingPage(SettingsStore& settings, MainController& mai
   page->form()->addRow("clock per sample:", perSample);
   page->input("", "ClockPeriodMCUcur", "Clock period, ps:", "trimming sample rate (i.e. for anti-aliasing)",
               "ClockUpdate", "Fine samperate trim", [&main, perSample](const QString& clockPs) {
-                const QString ts = perSample->text().trimmed();
-                if (ts.isEmpty())
-                  main.link()->GetRegister("TS");
-                else
-                  main.link()->PutRegister4("TS", whole(typed(ts) * 256));
-                if (clockPs.trimmed().isEmpty())
-                  main.link()->GetRegister("MC");
-                else
-                  main.link()->PutRegister2("MC", whole(typed(clockPs) / 10));
+                fine::trimSampling(main, perSample->text().toStdString(), clockPs.toStdString());
               });
   auto* clock = page->findChild<QLineEdit*>("ClockPeriodMCUcur");
   page->onRefresh = [&main, page, rate, period, perSample, clock](const MainState& state) {
