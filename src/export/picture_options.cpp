@@ -27,7 +27,8 @@ PictureOptions::PictureOptions(SettingsStore& settings, std::string section)
 bool PictureOptions::kept(Option option) const { return option != AutoFileName || section_ == "Save"; }
 
 void PictureOptions::set(Option option, bool on) {
-  if (!kept(option)) throw Fault(std::string("Pictures of section ") + section_ + " have no option " + key(option));
+  if (!kept(option))
+    throw Fault(std::string("Pictures of section ") + section_ + " have no option " + key(option));
   settings_.saveBool(section_, key(option), on);
   on_[static_cast<size_t>(option)] = on;
 }

@@ -12,7 +12,8 @@ namespace {
 // A store that refuses to write, as a full disk or a locked file does.
 struct RefusingSettings : MemorySettings {
   bool refuse = false;
-  void SaveSettingValue(const std::string& section, const std::string& name, const std::string& value) override {
+  void SaveSettingValue(const std::string& section, const std::string& name,
+                        const std::string& value) override {
     if (refuse) throw std::runtime_error("the store refused " + name);
     MemorySettings::SaveSettingValue(section, name, value);
   }
