@@ -2,6 +2,8 @@
 
 #include <QCloseEvent>
 #include <QGridLayout>
+#include <QHideEvent>
+#include <QShowEvent>
 #include <QToolButton>
 #include <cmath>
 #include <cstdio>
@@ -10,6 +12,7 @@
 #include "measure/main_meter.h"
 #include "measure/meter_text.h"
 #include "spectrum/spectrum_engine.h"
+#include "spectrum/spectrum_stage.h"
 
 namespace zorvik {
 
@@ -18,7 +21,8 @@ const char* const kNames[4] = {"", "DB", "Per", "Frq"};
 const char* const kResetKeys[4] = {"KeyResetACV", "KeyResetDBV", "KeyResetPer", "KeyResetFrq"};
 }  // namespace
 
-mainmeter::mainmeter(SettingsStore& settings, QWidget* parent) : QWidget(parent, Qt::Tool), settings_(settings) {
+mainmeter::mainmeter(SettingsStore& settings, SpectrumStage& stage, QWidget* parent)
+    : QWidget(parent, Qt::Tool), settings_(settings), stage_(stage) {
   setObjectName("mainmeter");
   setWindowTitle("Max.freq");
   auto* grid = new QGridLayout(this);
@@ -53,10 +57,10 @@ mainmeter::mainmeter(SettingsStore& settings, QWidget* parent) : QWidget(parent,
   MaxFreq->setObjectName("MaxFreq");
   SinXxInterpolation = new QCheckBox("Sin(x)/x", this);
   SinXxInterpolation->setObjectName("SinXxInterpolation");
-  SinXxInterpolation->setChecked(settings_.getInt("Meters", "InterpolationMaxFind") != 0);
+  SinXxInterpolation->setChecked(stage_.mainMeterSinxx());
   connect(SinXxInterpolation, &QCheckBox::clicked, this, [this](bool on) {
     try {
-      settings_.saveInt("Meters", "InterpolationMaxFind", on ? 1 : 0);
+      stage_.setMainMeterSinxx(on);
     } catch (const std::exception& e) {
       onFault(e.what());
     }
@@ -93,8 +97,18 @@ void mainmeter::show(Group g, bool all) {
   l[3]->setText(text(g, s.avg));
 }
 
+mainmeter::~mainmeter() { stage_.setReaderOpen(SpectrumStage::Reader::MainMeter, false); }
+
+// A minimised meter is still open.
+void mainmeter::showEvent(QShowEvent* event) {
+  if (!event->spontaneous()) stage_.setReaderOpen(SpectrumStage::Reader::MainMeter, true);
+}
+
+void mainmeter::hideEvent(QHideEvent* event) {
+  if (!event->spontaneous()) stage_.setReaderOpen(SpectrumStage::Reader::MainMeter, false);
+}
+
 void mainmeter::Ind(const SpectrumEngine& e) {
-  if (sinxx() && rectangularWindow()) useHamming();
   const MainMeterReading r = readMainMeter(e.SpecAmp, e.SpecBins, e.MaxFreq, e.PeakBin, e.PeakAmp,
                                            MinFreq->text().toStdString(), MaxFreq->text().toStdString(), sinxx());
   if (MinFreq->text().toStdString() != r.minText) MinFreq->setText(QString::fromStdString(r.minText));

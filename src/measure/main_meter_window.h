@@ -13,23 +13,25 @@ namespace zorvik {
 
 class SettingsStore;
 class SpectrumEngine;
+class SpectrumStage;
 
 // mainmeter ("Max.freq"): the strongest line of the spectrum in a band, beyond the bin width, as
 // amplitude, level, period and frequency, each with its minimum, maximum and slow average.
 class mainmeter : public QWidget {
   Q_OBJECT
  public:
-  mainmeter(SettingsStore& settings, QWidget* parent = nullptr);
-  // The spectrum's data; asks for the Hamming window first when Sin(x)/x needs it.
+  // Open, it is one of the stage's readers; its Sin(x)/x check box is the stage's.
+  mainmeter(SettingsStore& settings, SpectrumStage& stage, QWidget* parent = nullptr);
+  ~mainmeter() override;
+  // The spectrum's data.
   void Ind(const SpectrumEngine& e);
   bool sinxx() const { return SinXxInterpolation->isChecked(); }
-  // Sin(x)/x cannot rebuild the peak of a rectangular window: the spectrum changes to Hamming.
-  std::function<bool()> rectangularWindow = [] { return false; };
-  std::function<void()> useHamming = [] {};
   std::function<void(const std::string&)> onFault = [](const std::string&) {};
 
  protected:
   void closeEvent(QCloseEvent* event) override;
+  void showEvent(QShowEvent* event) override;
+  void hideEvent(QHideEvent* event) override;
 
  private:
   enum Group { Amplitude, Level, Period, Frequency, kGroups };
@@ -37,6 +39,7 @@ class mainmeter : public QWidget {
   QString text(Group g, float value) const;
 
   SettingsStore& settings_;
+  SpectrumStage& stage_;
   QElapsedTimer clock_;
   std::array<SlowStats, kGroups> stats_;
   std::array<std::array<QLabel*, 4>, kGroups> labels_{};  // current, minimum, maximum, average

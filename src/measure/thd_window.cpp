@@ -1,7 +1,9 @@
 #include "measure/thd_window.h"
 
 #include <QCloseEvent>
+#include <QHideEvent>
 #include <QPushButton>
+#include <QShowEvent>
 #include <QVBoxLayout>
 #include <array>
 #include <cstdio>
@@ -11,10 +13,12 @@
 #include "core/eng_text.h"
 #include "measure/thd.h"
 #include "spectrum/spectrum_engine.h"
+#include "spectrum/spectrum_stage.h"
 
 namespace zorvik {
 
-THDmeter::THDmeter(SettingsStore& settings, QWidget* parent) : QWidget(parent, Qt::Tool), settings_(settings) {
+THDmeter::THDmeter(SettingsStore& settings, SpectrumStage& stage, QWidget* parent)
+    : QWidget(parent, Qt::Tool), settings_(settings), stage_(stage) {
   setObjectName("THDmeter");
   setWindowTitle("THD");
   auto* column = new QVBoxLayout(this);
@@ -80,12 +84,18 @@ QString THDmeter::percent(float v) const {
   return buf;
 }
 
+THDmeter::~THDmeter() { stage_.setReaderOpen(SpectrumStage::Reader::Thd, false); }
+
+// A minimised meter is still open.
+void THDmeter::showEvent(QShowEvent* event) {
+  if (!event->spontaneous()) stage_.setReaderOpen(SpectrumStage::Reader::Thd, true);
+}
+
+void THDmeter::hideEvent(QHideEvent* event) {
+  if (!event->spontaneous()) stage_.setReaderOpen(SpectrumStage::Reader::Thd, false);
+}
+
 void THDmeter::Ind(const SpectrumEngine& e, float samplePeriod) {
-  // The next spectrum comes with the window that lets the lines be rebuilt.
-  if (rectangularWindow()) {
-    useHamming();
-    return;
-  }
   if (e.PeakBin == 0 || e.PeakAmp == 0) return;
   const int typed = static_cast<int>(textToNumber(MaxHarm->text().toStdString(), 0));
   const int h = harmonicsLimit(typed);

@@ -21,7 +21,7 @@ namespace zorvik {
 
 namespace {
 constexpr char kSection[] = "Spectrum";
-const int kDbRanges[7] = {10, 20, 30, 40, 50, 60, 70};
+const char* const kDbRanges[7] = {"10", "20", "30", "40", "50", "60", "70"};
 }  // namespace
 
 Spectrum::Spectrum(SettingsStore& settings, SpectrumStage& stage, PacketFiles& files, QWidget* parent)
@@ -36,7 +36,7 @@ Spectrum::Spectrum(SettingsStore& settings, SpectrumStage& stage, PacketFiles& f
   decibels_->setObjectName("TypeAmp_1");
   DBdiap = new QComboBox(this);
   DBdiap->setObjectName("DBdiap");
-  for (int r : kDbRanges) DBdiap->addItem(QString::number(r));
+  for (const char* r : kDbRanges) DBdiap->addItem(r);
   Normir = new QCheckBox("Norm. to max", this);
   Normir->setObjectName("Normir");
   Normir->setToolTip("Normalise amp. scale");
@@ -54,11 +54,10 @@ Spectrum::Spectrum(SettingsStore& settings, SpectrumStage& stage, PacketFiles& f
   auto* menuKey = new QPushButton("File", this);
   auto* menu = new QMenu(menuKey);
   menu->addAction("Save to CSV-file", this, [this] { SaveToCSV(); })->setObjectName("SaveToCSV");
-  mainMeter_ = new mainmeter(settings_, this);
-  thdMeter_ = new THDmeter(settings_, this);
+  stage_.loadSettings(settings_);
+  mainMeter_ = new mainmeter(settings_, stage_, this);
+  thdMeter_ = new THDmeter(settings_, stage_, this);
   for (auto* m : std::initializer_list<QWidget*>{mainMeter_, thdMeter_}) m->hide();
-  mainMeter_->rectangularWindow = thdMeter_->rectangularWindow = [this] { return stage_.settings.WindowFunction == 0; };
-  mainMeter_->useHamming = thdMeter_->useHamming = [this] { useHamming(); };
   mainMeter_->onFault = thdMeter_->onFault = [this](const std::string& t) { onFault(t); };
   menu->addAction("Max.freq", this, [this] { toggleMeter(mainMeter_); })->setObjectName("MeterMaxFrq");
   menu->addAction("THD", this, [this] { toggleMeter(thdMeter_); })->setObjectName("MeterTHD");
@@ -88,98 +87,58 @@ Spectrum::Spectrum(SettingsStore& settings, SpectrumStage& stage, PacketFiles& f
   display_->onCursor = [this](double across, double down) {
     LabelFrq->setText(QString::fromStdString(frequencyText(scale_.FreqLeft + across * scale_.FreqSpan)));
     const double amplitude = scale_.TopAmp - down * (scale_.TopAmp - scale_.BottomAmp);
-    LabelAmp->setText(QString::fromStdString(amplitudeText(amplitude, plot_.dB)));
+    LabelAmp->setText(QString::fromStdString(amplitudeText(amplitude, stage_.plot().dB)));
   };
-  loadSettings();
+  showSettings();
+  const int left = settings_.getInt(kSection, "Left", -1), top = settings_.getInt(kSection, "Top", -1);
+  if (left >= 0 && top >= 0) move(left, top);
 
-  connect(volts_, &QRadioButton::toggled, this, [this](bool) {
-    plot_.dB = decibels_->isChecked();
-    store("VertScale", plot_.dB ? 1 : 0);
-    PlotSpectrum();
-  });
-  connect(DBdiap, &QComboBox::activated, this, [this](int i) {
-    plot_.dBRange = kDbRanges[std::clamp(i, 0, 6)];
-    store("DBdiap", i);
-    PlotSpectrum();
-  });
-  connect(Normir, &QCheckBox::clicked, this, [this](bool on) {
-    plot_.normalize = on;
-    store("Normalize", on ? 1 : 0);
-    computationChanged();
-  });
-  connect(DCfreq, &QCheckBox::clicked, this, [this](bool on) {
-    stage_.settings.DCfreq = on;
-    store("DC", on ? 1 : 0);
-    computationChanged();
-  });
-  connect(Doubled, &QCheckBox::clicked, this, [this](bool on) {
-    stage_.settings.Doubled = on;
-    store("Double", on ? 1 : 0);
-    computationChanged();
-  });
-  connect(WindowFunction, &QComboBox::activated, this, [this](int i) {
-    stage_.settings.WindowFunction = i;
-    store("Window function", i);
-    computationChanged();
-  });
-  connect(Interpolation, &QComboBox::activated, this, [this](int i) {
-    plot_.interpolation = i;
-    store("Interpolation1", i);
-    updateRefine();
-    stage_.ComputeSpectrum();
-  });
-  updateRefine();
+  connect(volts_, &QRadioButton::toggled, this,
+          [this](bool) { guarded([this] { stage_.setDb(decibels_->isChecked()); }); });
+  connect(DBdiap, &QComboBox::activated, this, [this](int i) { guarded([&] { stage_.setDbRangeIndex(i); }); });
+  connect(Normir, &QCheckBox::clicked, this, [this](bool on) { guarded([&] { stage_.setNormalize(on); }); });
+  connect(DCfreq, &QCheckBox::clicked, this, [this](bool on) { guarded([&] { stage_.setDCfreq(on); }); });
+  connect(Doubled, &QCheckBox::clicked, this, [this](bool on) { guarded([&] { stage_.setDoubled(on); }); });
+  connect(WindowFunction, &QComboBox::activated, this,
+          [this](int i) { guarded([&] { stage_.setWindowFunction(i); }); });
+  connect(Interpolation, &QComboBox::activated, this,
+          [this](int i) { guarded([&] { stage_.setInterpolation(i); }); });
   stage_.onComputed = [this] {
     PlotSpectrum();
     feedMeters();
   };
+  stage_.onPlotChanged = [this] { PlotSpectrum(); };
+  stage_.onSettingsMoved = [this] { showSettings(); };
 }
 
-Spectrum::~Spectrum() { stage_.onComputed = [] {}; }
-
-void Spectrum::loadSettings() {
-  plot_.dB = settings_.getInt(kSection, "VertScale") == 1;
-  const int range = std::clamp(settings_.getInt(kSection, "DBdiap"), 0, 6);
-  plot_.dBRange = kDbRanges[range];
-  plot_.normalize = settings_.getInt(kSection, "Normalize") != 0;
-  plot_.interpolation = std::clamp(settings_.getInt(kSection, "Interpolation1"), 0, 2);
-  plot_.interpolationPoints = std::clamp(settings_.getInt(kSection, "InterpolationPoints1"), 1, 8);
-  stage_.settings.DCfreq = settings_.getInt(kSection, "DC") != 0;
-  stage_.settings.Doubled = settings_.getInt(kSection, "Double") != 0;
-  stage_.settings.WindowFunction = std::clamp(settings_.getInt(kSection, "Window function"), 0, 6);
-  (plot_.dB ? decibels_ : volts_)->setChecked(true);
-  DBdiap->setCurrentIndex(range);
-  Normir->setChecked(plot_.normalize);
-  DCfreq->setChecked(stage_.settings.DCfreq);
-  Doubled->setChecked(stage_.settings.Doubled);
-  WindowFunction->setCurrentIndex(stage_.settings.WindowFunction);
-  Interpolation->setCurrentIndex(plot_.interpolation);
-  const int left = settings_.getInt(kSection, "Left", -1), top = settings_.getInt(kSection, "Top", -1);
-  if (left >= 0 && top >= 0) move(left, top);
+Spectrum::~Spectrum() {
+  // The meters leave the stage's readers while its hooks still lead here.
+  delete mainMeter_;
+  delete thdMeter_;
+  stage_.onComputed = stage_.onPlotChanged = stage_.onSettingsMoved = [] {};
 }
 
+const SpectrumPlotSettings& Spectrum::plotSettings() const { return stage_.plot(); }
 
-void Spectrum::computationChanged() {
-  stage_.engine().resetHeldMax();
-  updateRefine();
-  stage_.ComputeSpectrum();
-}
-
-void Spectrum::updateRefine() {
-  stage_.settings.refinePeak = (plot_.interpolation != 0 && plot_.normalize) || (thdMeter_ && thdMeter_->isVisible());
-}
-
-void Spectrum::useHamming() {
-  stage_.settings.WindowFunction = 1;
-  QSignalBlocker b(WindowFunction);
-  WindowFunction->setCurrentIndex(1);
-  store("Window function", 1);
+void Spectrum::showSettings() {
+  const SpectrumPlotSettings& p = stage_.plot();
+  const SpectrumSettings& s = stage_.settings();
+  const QSignalBlocker b1(volts_), b2(decibels_), b3(DBdiap), b4(Normir), b5(DCfreq), b6(Doubled),
+      b7(WindowFunction), b8(Interpolation);
+  (p.dB ? decibels_ : volts_)->setChecked(true);
+  DBdiap->setCurrentIndex(stage_.dbRangeIndex());
+  Normir->setChecked(p.normalize);
+  DCfreq->setChecked(s.DCfreq);
+  Doubled->setChecked(s.Doubled);
+  WindowFunction->setCurrentIndex(s.WindowFunction);
+  Interpolation->setCurrentIndex(p.interpolation);
 }
 
 void Spectrum::toggleMeter(QWidget* meter) {
-  meter->setVisible(!meter->isVisible());
-  updateRefine();
-  stage_.ComputeSpectrum();
+  guarded([&] {
+    meter->setVisible(!meter->isVisible());
+    stage_.ComputeSpectrum();
+  });
 }
 
 void Spectrum::feedMeters() {
@@ -189,22 +148,17 @@ void Spectrum::feedMeters() {
 }
 
 void Spectrum::PlotSpectrum() {
-  // Interpolation makes no sense with the leakage of the rectangular window.
-  if (plot_.interpolation != 0 && stage_.settings.WindowFunction == 0) {
-    useHamming();
-    stage_.ComputeSpectrum();  // draws again through onComputed
-    return;
-  }
-  plot_.memo = memoOn();
+  SpectrumPlotSettings plot = stage_.plot();
+  plot.memo = memoOn();
   const SpectrumEngine& e = stage_.engine();
-  const SpectrumScale scale = scale_ = SetVertScale(e, plot_);
+  const SpectrumScale scale = scale_ = SetVertScale(e, plot);
   const bool valid = stage_.HaveData() && e.ScaleValid;
   // The scale at the corners: dB without its volts. Engineering texts are the program's own UTF-8 (their µ).
-  auto amp = [this](float v) {
-    const std::string t = amplitudeText(v, plot_.dB);
+  auto amp = [&plot](float v) {
+    const std::string t = amplitudeText(v, plot.dB);
     return QString::fromStdString(t.substr(0, t.find(" /")));
   };
-  display_->setPicture(valid ? spectrumColumns(e, scale, plot_, ValuePlot::kWidth, ValuePlot::kHeight) : std::vector<float>{},
+  display_->setPicture(valid ? spectrumColumns(e, scale, plot, ValuePlot::kWidth, ValuePlot::kHeight) : std::vector<float>{},
                        {amp(scale.TopAmp), amp(scale.BottomAmp), QString(),
                         QString::fromStdString(frequencyText(scale.FreqLeft + scale.FreqSpan))},
                        valid);

@@ -29,22 +29,18 @@ class Spectrum : public AnalysisWindow {
   // Draws the last computation; also after a setting that only changes the picture.
   void PlotSpectrum();
   void SaveToCSV();
-  const SpectrumPlotSettings& plotSettings() const { return plot_; }
+  const SpectrumPlotSettings& plotSettings() const;
+  const SpectrumStage& stage() const { return stage_; }
   // Store failures and export faults go to the owner's box.
 
-
  private:
-  void loadSettings();
-  // The strongest line is rebuilt for an interpolated, normalised plot and while the THD meter is open.
-  void updateRefine();
-  void useHamming();
+  // The controls show the stage's settings.
+  void showSettings();
   void feedMeters();
   void toggleMeter(QWidget* meter);
-  void computationChanged();
 
   SpectrumStage& stage_;
   PacketFiles& files_;
-  SpectrumPlotSettings plot_;
   ValuePlot* display_ = nullptr;
   SpectrumScale scale_;
   QRadioButton* volts_ = nullptr;

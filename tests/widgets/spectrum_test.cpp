@@ -64,7 +64,7 @@ class SpectrumTest : public QObject {
     spectrum->findChild<QAction*>("MeterTHD")->trigger();
     auto* thd = spectrum->findChild<THDmeter*>("THDmeter");
     QVERIFY(thd && thd->isVisible());
-    // Its first spectrum asks for Hamming; the next one is measured.
+    // Opening it moves the window to Hamming before its first spectrum.
     QCOMPARE(spectrum->findChild<QComboBox*>("WindowFunction")->currentText(), QString("Hamming"));
     w->core().replayLastPacket();
     QVERIFY2(thd->findChild<QLabel*>("CurVal")->text().endsWith("%"), qPrintable(thd->findChild<QLabel*>("CurVal")->text()));
@@ -76,6 +76,26 @@ class SpectrumTest : public QObject {
       main->grab().save(qEnvironmentVariable("ZORVIK_SCREENSHOT") + ".main.png");
       thd->grab().save(qEnvironmentVariable("ZORVIK_SCREENSHOT") + ".thd.png");
     }
+  }
+
+  void thdClosedByItsCloseBoxNoLongerRefinesThePeak() {
+    settings_.saveBool("Spectrum", "Visible", false);
+    auto w = test::windowWithDefaultPacket(settings_);
+    w->findChild<QAction*>("MeterFFT")->trigger();
+    auto* spectrum = w->findChild<Spectrum*>("Spectrum");
+    QVERIFY(spectrum && spectrum->isVisible());
+    spectrum->findChild<QAction*>("MeterTHD")->trigger();
+    auto* thd = spectrum->findChild<THDmeter*>("THDmeter");
+    QVERIFY(thd && thd->isVisible());
+    QVERIFY(spectrum->stage().engine().Refined);
+
+    QVERIFY(thd->close());
+    w->core().replayLastPacket();
+    QVERIFY(!spectrum->stage().engine().Refined);
+
+    spectrum->findChild<QAction*>("MeterTHD")->trigger();  // the menu item opens it again
+    QVERIFY(thd->isVisible());
+    QVERIFY(spectrum->stage().engine().Refined);
   }
 
   void staisticShowsTheHistogramInSamplesOrPercent() {
