@@ -1,6 +1,7 @@
 #include "stat/histogram.h"
 
 #include <cmath>
+#include <cstdio>
 #include <cstdlib>
 
 namespace zorvik {
@@ -44,6 +45,29 @@ void HistogramEngine::BuildHistogram(const HistogramInput& in) {
   }
   if (HeldMaxCount < ShownMaxCount) HeldMaxCount = static_cast<int32_t>(std::lround(ShownMaxCount * 1.05));
   ScaleValid = ShownMaxCount >= 1;
+}
+
+double histogramTop(const HistogramEngine& h, bool normalize, bool memo) {
+  const double r = normalize ? (memo ? h.HeldMaxCount : h.ShownMaxCount) : h.HistSamples;
+  return r * 1.05;
+}
+
+int histogramModeBin(const HistogramEngine& h) {
+  int mode = 0;
+  for (int b = 1; b < HistogramEngine::HistBins; ++b)
+    if (h.HistCount[static_cast<size_t>(b)] > h.HistCount[static_cast<size_t>(mode)]) mode = b;
+  return mode;
+}
+
+double histogramLevel(const HistogramEngine& h, int bin) {
+  return h.LevelLow + static_cast<float>(bin) * (h.LevelHigh - h.LevelLow) / HistogramEngine::HistBins;
+}
+
+std::string histogramQuantity(double count, int32_t samples, bool percent) {
+  if (!percent) return std::to_string(std::lround(count)) + " smp";
+  char buf[32];
+  std::snprintf(buf, sizeof buf, "%04.1f%%", samples > 0 ? count / samples * 100 : 0.0);
+  return buf;
 }
 
 }  // namespace zorvik

@@ -1,6 +1,7 @@
 #pragma once
 #include <array>
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 namespace zorvik {
@@ -31,5 +32,15 @@ class HistogramEngine {
  private:
   bool heldMaxReset_ = false;
 };
+
+// The count at the top of the plot: 5 % above the held top (normalised, memo on), the shown top
+// (normalised) or the record's samples.
+double histogramTop(const HistogramEngine& h, bool normalize, bool memo);
+// The most frequent level: its bin (the lowest of equal counts) and the volts at that bin.
+int histogramModeBin(const HistogramEngine& h);
+double histogramLevel(const HistogramEngine& h, int bin);
+// A count as the axis and the markers show it: whole samples ("12 smp"), or percent of the record with
+// the picture "00.0".
+std::string histogramQuantity(double count, int32_t samples, bool percent);
 
 }  // namespace zorvik

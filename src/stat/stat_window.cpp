@@ -4,7 +4,6 @@
 #include <QMenu>
 #include <QPushButton>
 #include <QVBoxLayout>
-#include <cstdio>
 
 #include "ui/hot_key_dialog.h"
 #include "ui/value_plot.h"
@@ -97,17 +96,12 @@ Stat::Stat(SettingsStore& settings, StatStage& stage, PacketFiles& files, QWidge
 Stat::~Stat() { stage_.onBuilt = [] {}; }
 
 QString Stat::quantityText(double count) const {
-  const HistogramEngine& h = stage_.engine();
-  if (!percent_) return QString("%1 smp").arg(std::lround(count));
-  char buf[32];
-  std::snprintf(buf, sizeof buf, "%04.1f%%", h.HistSamples > 0 ? count / h.HistSamples * 100 : 0.0);
-  return buf;
+  return QString::fromStdString(histogramQuantity(count, stage_.engine().HistSamples, percent_));
 }
 
 void Stat::PlotHistogram() {
   const HistogramEngine& h = stage_.engine();
-  const double r = normalize_ ? (memoOn() ? h.HeldMaxCount : h.ShownMaxCount) : h.HistSamples;
-  const double top = top_ = r * 1.05;
+  const double top = top_ = histogramTop(h, normalize_, memoOn());
   const bool valid = stage_.HaveData() && h.ScaleValid && top > 0;
   std::vector<float> rows;
   if (valid) {
@@ -120,10 +114,8 @@ void Stat::PlotHistogram() {
   const QString low = QString::fromStdString(engineeringText(h.LevelLow, "V"));
   const QString high = QString::fromStdString(engineeringText(h.LevelHigh, "V"));
   display_->setPicture(std::move(rows), {quantityText(top), quantityText(0), low, high}, valid);
-  int mode = 0;
-  for (int b = 1; b < HistogramEngine::HistBins; ++b)
-    if (h.HistCount[static_cast<size_t>(b)] > h.HistCount[static_cast<size_t>(mode)]) mode = b;
-  const double modeLevel = h.LevelLow + mode * (h.LevelHigh - h.LevelLow) / 256;
+  const int mode = histogramModeBin(h);
+  const double modeLevel = histogramLevel(h, mode);
   peak_->setText(valid ? QString::fromStdString(engineeringText(modeLevel, "V")) + "  " +
                              quantityText(h.HistCount[static_cast<size_t>(mode)])
                        : QString());

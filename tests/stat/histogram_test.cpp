@@ -61,3 +61,24 @@ TEST(Histogram, TheHighestCountMovesTheScaleOnlyPastFivePercent) {
   EXPECT_EQ(h.ShownMaxCount, 50);
   EXPECT_EQ(h.HeldMaxCount, 53);  // 52.5 rounded
 }
+
+TEST(Histogram, ScaleModeAndQuantities) {
+  HistogramEngine h;
+  std::string s(60, static_cast<char>(100));
+  s += std::string(60, static_cast<char>(30));  // as many at 30: the lower level is the mode
+  s += std::string(10, static_cast<char>(200));
+  h.BuildHistogram(input(s));
+  h.HeldMaxCount = 80;
+  EXPECT_DOUBLE_EQ(histogramTop(h, false, true), 130 * 1.05);  // the whole record
+  EXPECT_DOUBLE_EQ(histogramTop(h, true, false), 60 * 1.05);
+  EXPECT_DOUBLE_EQ(histogramTop(h, true, true), 80 * 1.05);
+
+  EXPECT_EQ(histogramModeBin(h), 30);
+  EXPECT_FLOAT_EQ(static_cast<float>(histogramLevel(h, 0)), -0.8f);  // the default 1.6 V around 0
+  EXPECT_FLOAT_EQ(static_cast<float>(histogramLevel(h, 128)), 0.0f);
+
+  EXPECT_EQ(histogramQuantity(59.5, 130, false), "60 smp");
+  EXPECT_EQ(histogramQuantity(13, 130, true), "10.0%");
+  EXPECT_EQ(histogramQuantity(1, 130, true), "00.8%");
+  EXPECT_EQ(histogramQuantity(5, 0, true), "00.0%");  // an empty record has no percent
+}
