@@ -56,10 +56,14 @@ inline std::string makePacket(uint16_t mode, int samples, double period, int see
   const int width = (mode == 0x100 || mode == 0x300) ? 2 : 1;
   std::string p = {char(0x10), char(0), char(mode >> 8), char(mode & 0xFF)};
   for (int i = 0; i < samples; ++i) {
-    const int v = static_cast<int>(std::lround(128 + 80 * std::sin((i + seed) * 2 * M_PI / period))) + ((i * 7 + seed) % 5 - 2);
-    if (width == 1) p += static_cast<char>(v);
-    else if (mode == 0x100) p += {static_cast<char>(v), static_cast<char>((i * 37) & 0xFF)};
-    else p += {static_cast<char>(v - 6), static_cast<char>(v + 6)};
+    const int v = static_cast<int>(std::lround(128 + 80 * std::sin((i + seed) * 2 * M_PI / period))) +
+                  ((i * 7 + seed) % 5 - 2);
+    if (width == 1)
+      p += static_cast<char>(v);
+    else if (mode == 0x100)
+      p += {static_cast<char>(v), static_cast<char>((i * 37) & 0xFF)};
+    else
+      p += {static_cast<char>(v - 6), static_cast<char>(v + 6)};
   }
   return p;
 }

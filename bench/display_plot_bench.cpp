@@ -25,8 +25,8 @@ void BM_PlotSamplesInterpolated330(benchmark::State& state) {
   rig.s().interpolationPoints = static_cast<int>(state.range(1));
   const std::string p = makePacket(0x000, 330, 37.3);
   for (auto _ : state) rig.packet(p);
-  state.SetLabel(std::string(state.range(0) == 2 ? "SinX/X" : "Lanczos") + " taps " + std::to_string(1 << state.range(1)) +
-                 (state.range(2) ? " wide" : ""));
+  state.SetLabel(std::string(state.range(0) == 2 ? "SinX/X" : "Lanczos") + " taps " +
+                 std::to_string(1 << state.range(1)) + (state.range(2) ? " wide" : ""));
 }
 BENCHMARK(BM_PlotSamplesInterpolated330)
     ->Args({2, 5, 0})

@@ -15,8 +15,8 @@ void BM_SimPacket(benchmark::State& state) {
   SignalGenerator generator(config);
   PacketBuilder builder(generator);
   AcquisitionSetup setup;
-  setup.MC = 1000;       // 10 ns clock
-  setup.TS = 10 * 256;   // 100 ns a sample: the record spans about one signal period
+  setup.MC = 1000;      // 10 ns clock
+  setup.TS = 10 * 256;  // 100 ns a sample: the record spans about one signal period
   setup.QS = 8192;
   setup.TC = 1024;
   setup.M1 = mode;

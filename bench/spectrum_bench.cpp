@@ -26,7 +26,8 @@ void BM_Spectrum(benchmark::State& state) {
     e.ComputeSpectrum(in, settings);
     benchmark::DoNotOptimize(e.PeakAmp);
   }
-  state.SetLabel(std::string(zorvik::kWindowFunctions[settings.WindowFunction]) + (settings.Doubled ? ", doubled" : ""));
+  state.SetLabel(std::string(zorvik::kWindowFunctions[settings.WindowFunction]) +
+                 (settings.Doubled ? ", doubled" : ""));
 }
 BENCHMARK(BM_Spectrum)->Args({0, 0})->Args({6, 0})->Args({6, 1})->Unit(benchmark::kMicrosecond);
 

@@ -6,10 +6,10 @@
 #include <string>
 
 #include "config/settings.h"
+#include "core/recording_sink.h"
 #include "display/display_host.h"
 #include "display/scope_display.h"
 #include "session/main_controller.h"
-#include "core/recording_sink.h"
 
 namespace {
 constexpr size_t kSettingBytes = 8;

@@ -6,17 +6,18 @@
 #include <string>
 
 #include "config/settings.h"
-#include "core/recording_sink.h"
 #include "control/trigger_control.h"
+#include "core/recording_sink.h"
 #include "session/basic_control.h"
 #include "session/main_controller.h"
 #include "session/run_control.h"
 
 namespace {
-const char* const kNames[] = {"D",  "VHW", "VSW", "VNM", "VSN", "MCd", "MCl", "MCh", "TOv", "TOl", "TMl", "TMh",
-                              "TPl", "TCh", "QSh", "P1h", "P1l", "D1m", "MC",  "TS",  "RS",  "AP",  "AR",  "RT",
-                              "QS",  "TD",  "TC",  "TA",  "TW",  "O1",  "V1",  "P1",  "M1",  "T1",  "S1",  "C",
-                              "F",   "W",   "G1",  "G2",  "Gs",  "Lt",  "L1",  "L2",  "L_B", "RIS", "??"};
+const char* const kNames[] = {"D",   "VHW", "VSW", "VNM", "VSN", "MCd", "MCl", "MCh", "TOv", "TOl",
+                              "TMl", "TMh", "TPl", "TCh", "QSh", "P1h", "P1l", "D1m", "MC",  "TS",
+                              "RS",  "AP",  "AR",  "RT",  "QS",  "TD",  "TC",  "TA",  "TW",  "O1",
+                              "V1",  "P1",  "M1",  "T1",  "S1",  "C",   "F",   "W",   "G1",  "G2",
+                              "Gs",  "Lt",  "L1",  "L2",  "L_B", "RIS", "??"};
 constexpr size_t kCount = sizeof(kNames) / sizeof(kNames[0]);
 }  // namespace
 

@@ -1,12 +1,13 @@
 // Arbitrary bytes as an acquisition packet through the packet entry and a replay, with the measurement
 // pass (every meter open, the auto level on), the spectrum and the histogram reading segment 1.
+#include "signal/process_packet.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <string>
 
 #include "measure/measurement_pass.h"
 #include "measure/meter_readings.h"
-#include "signal/process_packet.h"
 #include "spectrum/spectrum_engine.h"
 #include "stat/histogram.h"
 

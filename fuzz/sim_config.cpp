@@ -15,8 +15,8 @@
 
 namespace {
 
-constexpr const char* kRegisters[] = {"MC", "TS", "RS", "QS", "TC", "V1", "P1", "O1", "M1", "T1",
-                                      "S1", "TD", "TA", "TW", "RT", "AP", "AR"};
+constexpr const char* kRegisters[] = {"MC", "TS", "RS", "QS", "TC", "V1", "P1", "O1", "M1",
+                                      "T1", "S1", "TD", "TA", "TW", "RT", "AP", "AR"};
 constexpr uint32_t kMaxFuzzRecord = 4096;  // keeps a run short; longer records take the same paths
 
 }  // namespace

@@ -11,7 +11,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const auto device = zorvik::parseDeviceIdentity(bytes);
   if (image) {
     if (image->SectorCount <= 0 || image->SectorSize <= 0 ||
-        static_cast<size_t>(image->SectorCount) * static_cast<size_t>(image->SectorSize) != image->body.size())
+        static_cast<size_t>(image->SectorCount) * static_cast<size_t>(image->SectorSize) !=
+            image->body.size())
       __builtin_trap();
     (void)zorvik::firmwareCompatible(*image, device);
   }

@@ -1,4 +1,6 @@
 // Arbitrary bytes as a packet file: restored through the file, then replayed as every redraw does.
+#include <unistd.h>
+
 #include <QCoreApplication>
 #include <cstddef>
 #include <cstdint>
@@ -7,19 +9,20 @@
 #include <filesystem>
 #include <fstream>
 #include <string>
-#include <unistd.h>
 
 #include "config/settings.h"
 #include "core/fault.h"
+#include "core/recording_sink.h"
 #include "export/packet_files.h"
 #include "session/main_controller.h"
-#include "core/recording_sink.h"
 
 namespace {
 // One scratch file for the whole run, removed at exit.
 char scratchPath[4096];
 
-void removeScratch() { std::remove(scratchPath); }
+void removeScratch() {
+  std::remove(scratchPath);
+}
 
 const char* scratchFile() {
   if (scratchPath[0] == 0) {
@@ -41,8 +44,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   static char* argv[] = {arg0, nullptr};
   static QCoreApplication app(argc, argv);
   const std::string path = scratchFile();
-  std::ofstream(path, std::ios::binary | std::ios::trunc).write(reinterpret_cast<const char*>(data),
-                                                                static_cast<std::streamsize>(size));
+  std::ofstream(path, std::ios::binary | std::ios::trunc)
+      .write(reinterpret_cast<const char*>(data), static_cast<std::streamsize>(size));
   zorvik::MemorySettings settings;
   zorvik::RecordingSink sink;
   zorvik::MainView view;

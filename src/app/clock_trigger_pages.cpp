@@ -55,7 +55,8 @@ void clockLimit(DeviceSettingPage* page, std::shared_ptr<ClockLimits> limits, Cl
 
 DeviceSettingPage* makeClockPage(SettingsStore& settings, MainController& main, TimebaseControl& timebase,
                                  QWidget* parent) {
-  auto* page = new DeviceSettingPage(settings, "DeviceClockPage", "Device clock setting", "DevClkWin", parent);
+  auto* page =
+      new DeviceSettingPage(settings, "DeviceClockPage", "Device clock setting", "DevClkWin", parent);
   const char* names[4] = {"ClockMCUmax", "ClockMCUmin", "ClockMCUdef", "ClockMCUcur"};
   const char* captions[4] = {"Maximum, MHz:", "Minimum, MHz:", "Safe, MHz:", "Current, MHz:"};
   const char* tips[4] = {"Maximum device clock frequency (overclocked)", "Maximum device clock frequency", "",
@@ -71,12 +72,13 @@ DeviceSettingPage* makeClockPage(SettingsStore& settings, MainController& main, 
   maximize->setObjectName("MaximizeClock");
   maximize->setToolTip("Keep as fast clock as possible (setup sample rate with max c");
   page->form()->addRow(maximize);
-  QObject::connect(maximize, &QCheckBox::clicked, page, [&timebase](bool on) { timebase.MaximizeClock_Click(on); });
+  QObject::connect(maximize, &QCheckBox::clicked, page,
+                   [&timebase](bool on) { timebase.MaximizeClock_Click(on); });
   auto limits = std::make_shared<ClockLimits>(main, timebase);
-  clockLimit(page, limits, ClockLimits::High, "High limit:", "MaxMCUclock", "Use 0.8 of maximum clock frequency",
-             "manual clock frequency high limit");
-  clockLimit(page, limits, ClockLimits::Low, "Low limit:", "MinMCUclock", "use minimum device clock frequency",
-             "manual clock frequency low limit");
+  clockLimit(page, limits, ClockLimits::High, "High limit:", "MaxMCUclock",
+             "Use 0.8 of maximum clock frequency", "manual clock frequency high limit");
+  clockLimit(page, limits, ClockLimits::Low, "Low limit:", "MinMCUclock",
+             "use minimum device clock frequency", "manual clock frequency low limit");
   page->onRefresh = [&main, &timebase, labels, maximize](const MainState&) {
     const DeviceCache& c = main.cache();
     // Periods in 10 ps: 100000 / period is the frequency in MHz.
@@ -92,7 +94,8 @@ DeviceSettingPage* makeClockPage(SettingsStore& settings, MainController& main, 
 DeviceSettingPage* makeTriggerPage(SettingsStore& settings, TriggerControl& trigger, QWidget* parent) {
   auto* page = new DeviceSettingPage(settings, "DeviceTrigPage", "Trigger setting", "DevTrigWin", parent);
   auto timeouts = std::make_shared<TriggerTimeouts>(settings, trigger);
-  auto timeout = [&](const char* caption, const char* input, const char* units, TriggerTimeouts::Timeout which) {
+  auto timeout = [&](const char* caption, const char* input, const char* units,
+                     TriggerTimeouts::Timeout which) {
     auto* unit = new QComboBox(page);
     unit->setObjectName(units);
     for (const char* u : {"ns", "us", "ms"}) unit->addItem(u);
@@ -111,7 +114,9 @@ DeviceSettingPage* makeTriggerPage(SettingsStore& settings, TriggerControl& trig
   current->setObjectName("CurTrigWaitTime");
   page->form()->addRow("Now, us:", current);
   page->onRefresh = [&trigger, current](const MainState&) {
-    current->setText(QString("Auto %1, Norm %2").arg(trigger.model().timeoutAutoMicros).arg(trigger.model().timeoutWaitMicros));
+    current->setText(QString("Auto %1, Norm %2")
+                         .arg(trigger.model().timeoutAutoMicros)
+                         .arg(trigger.model().timeoutWaitMicros));
   };
   return page;
 }

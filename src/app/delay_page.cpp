@@ -75,5 +75,4 @@ void DelayPage::refresh(double centreSeconds) {
   filling_ = false;
 }
 
-
 }  // namespace zorvik

@@ -55,5 +55,4 @@ void DevicePage::refresh(const MainState& state) {
   }
 }
 
-
 }  // namespace zorvik

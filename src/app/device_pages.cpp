@@ -13,9 +13,9 @@
 #include "control/fine_controls.h"
 #include "control/timebase_control.h"
 #include "control/trigger_control.h"
+#include "core/eng_text.h"
 #include "link/class_obex.h"
 #include "session/main_controller.h"
-#include "core/eng_text.h"
 
 namespace zorvik {
 
@@ -28,10 +28,11 @@ const char* const kHysteresis[4] = {"small", "medium", "high", "large"};
 DeviceSettingPage* makeCh1Page(SettingsStore& settings, MainController& main, ChannelControl& channel,
                                TriggerControl& trigger, QWidget* parent) {
   auto* page = new DeviceSettingPage(settings, "DeviceCh1Page", "Device Ch1 setting", "DevCh1Win", parent);
-  page->input("Vdiv1cur", "Vdiv1cur", "Fine sencitivity:", "in mV/div", "Vdiv1updateKey", "Send new value to scope",
-              [&main](const QString& t) { main.link()->PutRegister2("V1", fine::whole(t.toStdString())); });
-  page->input("Offs1cur", "Offs1cur", "Fine offset:", "offset in 1/256 of full screen (signed)", "Offs1updateKey",
+  page->input("Vdiv1cur", "Vdiv1cur", "Fine sencitivity:", "in mV/div", "Vdiv1updateKey",
               "Send new value to scope",
+              [&main](const QString& t) { main.link()->PutRegister2("V1", fine::whole(t.toStdString())); });
+  page->input("Offs1cur", "Offs1cur", "Fine offset:", "offset in 1/256 of full screen (signed)",
+              "Offs1updateKey", "Send new value to scope",
               [&main](const QString& t) { main.link()->PutRegister2("P1", fine::whole(t.toStdString())); });
   page->input("TrigLev1", "TrigLev1", "Trigger level:", "0...255 (bottom...top)", "TrigLev1updateKey",
               "Send new value to scope",
@@ -97,9 +98,10 @@ DeviceSettingPage* makeCh1Page(SettingsStore& settings, MainController& main, Ch
 
 DeviceSettingPage* makeSamplingPage(SettingsStore& settings, MainController& main, TimebaseControl& timebase,
                                     QWidget* parent) {
-  auto* page = new DeviceSettingPage(settings, "DeviceSamplingPage", "Device sampling setting", "DevSmpWin", parent);
-  page->readOut("DeviceSamplingPage.CurSamplesPerDiv", "CurSamplesPerDiv", "Samples per division:",
-                "Samples per one division");
+  auto* page =
+      new DeviceSettingPage(settings, "DeviceSamplingPage", "Device sampling setting", "DevSmpWin", parent);
+  page->readOut("DeviceSamplingPage.CurSamplesPerDiv", "CurSamplesPerDiv",
+                "Samples per division:", "Samples per one division");
   auto* rate = new QLabel(page);
   rate->setObjectName("CurMegaSamples");
   page->form()->addRow("Sample rate:", rate);
@@ -112,7 +114,8 @@ DeviceSettingPage* makeSamplingPage(SettingsStore& settings, MainController& mai
   for (const char* u : {"ns/div", "us/div", "ms/div", "s/div"}) units->addItem(u);
   units->setCurrentIndex(1);
   page->input(
-      "", "TimeDivValCur", "Fine T/div:", "any time per division", "FineTimeDivSetKey", "Set this time per division",
+      "", "TimeDivValCur", "Fine T/div:", "any time per division", "FineTimeDivSetKey",
+      "Set this time per division",
       [&timebase, units](const QString& t) {
         const auto unit = static_cast<fine::TimeUnit>(std::clamp(units->currentIndex(), 0, 3));
         timebase.PutGetRegisterMCTSRS(static_cast<float>(fine::timePerDiv(t.toStdString(), unit)));
@@ -146,12 +149,13 @@ DeviceSettingPage* makeSamplingPage(SettingsStore& settings, MainController& mai
 
 DeviceSettingPage* makeMemoryPage(SettingsStore& settings, TimebaseControl& timebase, QWidget* parent) {
   auto* page = new DeviceSettingPage(settings, "DeviceMemPage", "Device memory setting", "DevMemWin", parent);
-  page->readOut("DeviceMemPage.OknoSamples", "OknoSamples", "Samples:", "Requested samples in current acqusion mode");
+  page->readOut("DeviceMemPage.OknoSamples", "OknoSamples",
+                "Samples:", "Requested samples in current acqusion mode");
   page->readOut("OknoBytesPerSample", "OknoBytesPerSample", "Bytes per sample:", "Bytes per sample");
   page->readOut("DeviceMemPage.OknoMaxSamples", "OknoMaxSamples", "Max samples:", "");
   page->readOut("DeviceMemPage.OknoPreSamples", "OknoPreSamples", "Presamples:", "Number of presamples");
-  page->readOut("DeviceMemPage.OknoMaxPreSamples", "OknoMaxPreSamples", "Max presamples:",
-                "Max presamples in current acqusion mode");
+  page->readOut("DeviceMemPage.OknoMaxPreSamples", "OknoMaxPreSamples",
+                "Max presamples:", "Max presamples in current acqusion mode");
   page->readOut("DeviceMemPage.OknoCurSamples", "OknoCurSamples", "Last packet:", "Samples in last packet");
   auto* depth = new QComboBox(page);
   depth->setObjectName("SampleMemoDepth");
@@ -167,7 +171,8 @@ DeviceSettingPage* makeMemoryPage(SettingsStore& settings, TimebaseControl& time
       page->onFault(e.what());
     }
   });
-  QObject::connect(keep, &QCheckBox::clicked, page, [&timebase](bool on) { timebase.KeepPropPresamp_Click(on); });
+  QObject::connect(keep, &QCheckBox::clicked, page,
+                   [&timebase](bool on) { timebase.KeepPropPresamp_Click(on); });
   page->onRefresh = [&timebase, depth, keep](const MainState&) {
     QSignalBlocker b1(depth), b2(keep);
     depth->setCurrentIndex(timebase.model().SampleMemoDepth);

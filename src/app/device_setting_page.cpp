@@ -35,9 +35,9 @@ void DeviceSettingPage::readOut(const char* field, const char* object, const cha
   readOuts_[field] = label;
 }
 
-QLineEdit* DeviceSettingPage::input(const char* field, const char* object, const char* caption, const char* tip,
-                                    const char* keyObject, const char* keyTip, std::function<void(const QString&)> apply,
-                                    QWidget* unit) {
+QLineEdit* DeviceSettingPage::input(const char* field, const char* object, const char* caption,
+                                    const char* tip, const char* keyObject, const char* keyTip,
+                                    std::function<void(const QString&)> apply, QWidget* unit) {
   auto* row = new QHBoxLayout;
   auto* edit = new QLineEdit(this);
   edit->setObjectName(object);
@@ -75,14 +75,15 @@ void DeviceSettingPage::setOnline(bool online) {
   for (QPushButton* k : keys_) k->setEnabled(online);
 }
 
-
 void DeviceSettingPage::showEvent(QShowEvent* event) {
   QDialog::showEvent(event);
-  const QRect screen = QGuiApplication::primaryScreen() ? QGuiApplication::primaryScreen()->availableGeometry()
-                                                        : QRect(0, 0, 1024, 768);
+  const QRect screen = QGuiApplication::primaryScreen()
+                           ? QGuiApplication::primaryScreen()->availableGeometry()
+                           : QRect(0, 0, 1024, 768);
   int left = settings_.getInt("Startup Position", positionKey_ + " Left", (screen.width() - width()) / 2);
   int top = settings_.getInt("Startup Position", positionKey_ + " Top", (screen.height() - height()) / 2);
-  move(std::clamp(left, 0, std::max(0, screen.width() - 67)), std::clamp(top, 0, std::max(0, screen.height() - 67)));
+  move(std::clamp(left, 0, std::max(0, screen.width() - 67)),
+       std::clamp(top, 0, std::max(0, screen.height() - 67)));
 }
 
 void DeviceSettingPage::hideEvent(QHideEvent* event) {

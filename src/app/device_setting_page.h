@@ -28,8 +28,9 @@ class DeviceSettingPage : public KeptPage {
   void readOut(const char* field, const char* object, const char* caption, const char* tip = "");
   // An input showing a field (none when empty), and its key: `apply` gets the text when the key is
   // pressed. `unit` stands between the two.
-  QLineEdit* input(const char* field, const char* object, const char* caption, const char* tip, const char* keyObject,
-                   const char* keyTip, std::function<void(const QString&)> apply, QWidget* unit = nullptr);
+  QLineEdit* input(const char* field, const char* object, const char* caption, const char* tip,
+                   const char* keyObject, const char* keyTip, std::function<void(const QString&)> apply,
+                   QWidget* unit = nullptr);
 
   // The fields again; an input that has the focus keeps what is being typed.
   void refresh(const MainState& state);

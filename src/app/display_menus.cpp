@@ -18,8 +18,10 @@ enum class Effect { Replot, Setup, Labels };
 
 using Items = std::vector<std::pair<const char*, int>>;
 
-const Items kColourItems = {{"Red", 1}, {"Green", 2}, {"Yellow", 3}, {"Blue", 4}, {"Magenta", 5}, {"Cyan", 6}, {"White", 7}};
-const Items kBackItems = {{"Black", 0}, {"Dark blue", 0x400000}, {"Dark green", 0x004000}, {"Dark grey", 0x404040}};
+const Items kColourItems = {{"Red", 1},     {"Green", 2}, {"Yellow", 3}, {"Blue", 4},
+                            {"Magenta", 5}, {"Cyan", 6},  {"White", 7}};
+const Items kBackItems = {
+    {"Black", 0}, {"Dark blue", 0x400000}, {"Dark green", 0x004000}, {"Dark grey", 0x404040}};
 const Items kSizeItems = {{"3", 3}, {"4", 4}, {"5", 5}, {"6", 6}, {"7", 7}, {"8", 8}, {"9", 9}};
 const Items kWidthItems = {{"1", 1}, {"2", 2}, {"3", 3}, {"4", 4}};
 // DispShowTime: the time a packet of a parallel transfer stays on the screen, in ms; 0 draws none.
@@ -73,8 +75,8 @@ void DisplayMenus::changed(const char* name, Effect effect) {
   sync();
 }
 
-QAction* DisplayMenus::check(QMenu* menu, const char* caption, const char* object, bool DisplaySettings::*field,
-                             const char* setting, Effect effect) {
+QAction* DisplayMenus::check(QMenu* menu, const char* caption, const char* object,
+                             bool DisplaySettings::*field, const char* setting, Effect effect) {
   QAction* a = menu->addAction(caption);
   a->setObjectName(object);
   a->setCheckable(true);
@@ -119,7 +121,9 @@ QMenu* DisplayMenus::zoomChoice(QMenu* menu, const char* caption, const char* ob
       (s().*field)[static_cast<size_t>(normalizeZoomIndex(s().zoom))] = v;
       changed(setting, Effect::Replot);
     });
-    syncs_.push_back([this, a, field, v] { a->setChecked((s().*field)[static_cast<size_t>(normalizeZoomIndex(s().zoom))] == v); });
+    syncs_.push_back([this, a, field, v] {
+      a->setChecked((s().*field)[static_cast<size_t>(normalizeZoomIndex(s().zoom))] == v);
+    });
   }
   return sub;
 }
@@ -182,8 +186,8 @@ void DisplayMenus::build(QMenu* plot, QMenu* memo, QMenu* view) {
   check(plot, "Peak decimation", "PeakDecimation1", &S::peakDecimation, "PeakDecimation", Effect::Replot);
   choice(plot, "Peak interpolation", "Pinterpol1", {{"CopyMin", 0}, {"LineMax", 1}}, &S::peakInterpolation,
          "PeakInterpolation", Effect::Replot);
-  zoomChoice(plot, "Plot speed", "PlotSpeed1", {{kPlotSpeedItems[1], 1}, {kPlotSpeedItems[2], 2}, {kPlotSpeedItems[3], 3}},
-             &S::speed, "Speed");
+  zoomChoice(plot, "Plot speed", "PlotSpeed1",
+             {{kPlotSpeedItems[1], 1}, {kPlotSpeedItems[2], 2}, {kPlotSpeedItems[3], 3}}, &S::speed, "Speed");
 
   QAction* memoKey = memo->addAction("Memory on");
   memoKey->setObjectName("MemoKey1");
@@ -194,7 +198,8 @@ void DisplayMenus::build(QMenu* plot, QMenu* memo, QMenu* view) {
   });
   syncs_.push_back([this, memoKey] { memoKey->setChecked(s().memory == 1); });
   // Intencity and Color exclude each other; unchecking the one that is on leaves no grading.
-  const std::pair<const char*, const char*> gradings[2] = {{"Intencity", "Brightness1"}, {"Color", "Rainbow1"}};
+  const std::pair<const char*, const char*> gradings[2] = {{"Intencity", "Brightness1"},
+                                                           {"Color", "Rainbow1"}};
   for (int mode = 1; mode <= 2; ++mode) {
     QAction* a = memo->addAction(gradings[mode - 1].first);
     a->setObjectName(gradings[mode - 1].second);
@@ -205,26 +210,30 @@ void DisplayMenus::build(QMenu* plot, QMenu* memo, QMenu* view) {
     });
     syncs_.push_back([this, a, mode] { a->setChecked(s().memoMode == mode); });
   }
-  choice(memo, "Depth", "MemoDepth1", {{"Infinite", 0}, {"128", 1}, {"32", 2}, {"8 (fast)", 3}}, &S::memoryDepth,
-         "Memory Depth", Effect::Replot);
+  choice(memo, "Depth", "MemoDepth1", {{"Infinite", 0}, {"128", 1}, {"32", 2}, {"8 (fast)", 3}},
+         &S::memoryDepth, "Memory Depth", Effect::Replot);
   choice(memo, "Acquisitions per plot", "AcqPerPlot1", {{"each acq", 0}, {"/2", 1}, {"/5", 2}, {"/10", 3}},
          &S::acqPerPlot, "AcqPerPlot", Effect::Replot);
   emphasisMenu(memo);
   check(memo, "Invert colors", "InvertColorIntenc1", &S::emphasizeInvert, "Emphasize invert", Effect::Replot);
-  QAction* leave = check(memo, "Leave single", "LeaveSingle1", &S::leaveSingle, "Leave Single", Effect::Replot);
+  QAction* leave =
+      check(memo, "Leave single", "LeaveSingle1", &S::leaveSingle, "Leave Single", Effect::Replot);
   syncs_.push_back([this, leave] { leave->setEnabled(s().leaveSingleEnabled()); });
   check(memo, "By bitmap", "BitmapPlot1", &S::byBitmap, "By bitmap", Effect::Replot);
 
-  choice(view, "Zoom", "Zoom", {{"x0.5", 0}, {"x1", 1}, {"x2", 2}, {"x3", 3}}, &S::zoom, "Zoom", Effect::Setup);
+  choice(view, "Zoom", "Zoom", {{"x0.5", 0}, {"x1", 1}, {"x2", 2}, {"x3", 3}}, &S::zoom, "Zoom",
+         Effect::Setup);
   check(view, "Wide", "Wide", &S::wide, "Wide", Effect::Setup);
   check(view, "Grid", "GridVisible", &S::gridVisible, "GridVisible", Effect::Setup);
   check(view, "Grid in front", "GridFore", &S::gridFore, "GridFore", Effect::Setup);
   choice(view, "Background", "DispBackColor", kBackItems, &S::backColor, "Color", Effect::Setup);
   view->addSeparator();
   check(view, "Vertical labels", "VertLabels", &S::vertLabels, "Vert.labels", Effect::Labels);
-  choice(view, "Vertical label size", "VertLabelSize", kSizeItems, &S::vertLabelSize, "Vert.lab.font size ", Effect::Labels);
+  choice(view, "Vertical label size", "VertLabelSize", kSizeItems, &S::vertLabelSize, "Vert.lab.font size ",
+         Effect::Labels);
   check(view, "Horizontal labels", "HorLabels", &S::horLabels, "Hor.labels", Effect::Labels);
-  choice(view, "Horizontal label size", "HorLabelSize", kSizeItems, &S::horLabelSize, "Hor.lab.font size ", Effect::Labels);
+  choice(view, "Horizontal label size", "HorLabelSize", kSizeItems, &S::horLabelSize, "Hor.lab.font size ",
+         Effect::Labels);
   check(view, "Null line", "NullLine", &S::nullLine, "NulLevelLine", Effect::Labels);
   check(view, "Trigger level line", "SyncroLine", &S::syncroLine, "TrigLevelLine", Effect::Labels);
   showTimeMenu(view);
@@ -247,11 +256,13 @@ void buildInto(Parent* parent, ScopeDisplay& display, MainController& main, std:
 
 }  // namespace
 
-void buildDisplayMenus(QMenuBar* bar, ScopeDisplay& display, MainController& main, std::function<void()> geometryChanged) {
+void buildDisplayMenus(QMenuBar* bar, ScopeDisplay& display, MainController& main,
+                       std::function<void()> geometryChanged) {
   buildInto(bar, display, main, std::move(geometryChanged));
 }
 
-void buildDisplayMenus(QMenu* parent, ScopeDisplay& display, MainController& main, std::function<void()> geometryChanged) {
+void buildDisplayMenus(QMenu* parent, ScopeDisplay& display, MainController& main,
+                       std::function<void()> geometryChanged) {
   buildInto(parent, display, main, std::move(geometryChanged));
 }
 

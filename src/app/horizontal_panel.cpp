@@ -1,31 +1,35 @@
 #include "app/horizontal_panel.h"
 
 #include <QGridLayout>
-#include <algorithm>
 #include <QLabel>
 #include <QPointer>
 #include <QSignalBlocker>
 #include <QStandardItemModel>
+#include <algorithm>
 
 #include "control/timebase_control.h"
 
 namespace zorvik {
 
-HorizontalPanel::HorizontalPanel(TimebaseControl& timebase, QWidget* parent) : QWidget(parent), timebase_(timebase) {
+HorizontalPanel::HorizontalPanel(TimebaseControl& timebase, QWidget* parent)
+    : QWidget(parent), timebase_(timebase) {
   setObjectName("HorizontalPanel");
   auto* grid = new QGridLayout(this);
   grid->setContentsMargins(0, 0, 0, 0);
 
   TimeDiv = new QComboBox;
   TimeDiv->setObjectName("TimeDiv");
-  for (int i = kTimeDivFirst; i <= kTimeDivLast; ++i) TimeDiv->addItem(QString::fromStdString(timeDivText(i)));
-  connect(TimeDiv, &QComboBox::activated, this, [this](int index) { timebase_.ScrollTimeDiv_Change(index + kTimeDivFirst); });
+  for (int i = kTimeDivFirst; i <= kTimeDivLast; ++i)
+    TimeDiv->addItem(QString::fromStdString(timeDivText(i)));
+  connect(TimeDiv, &QComboBox::activated, this,
+          [this](int index) { timebase_.ScrollTimeDiv_Change(index + kTimeDivFirst); });
   ScrollTimeDiv = new QScrollBar(Qt::Horizontal);
   ScrollTimeDiv->setObjectName("ScrollTimeDiv");
   ScrollTimeDiv->setRange(kTimeDivFirst, kTimeDivLast);
   ScrollTimeDiv->setPageStep(1);
   ScrollTimeDiv->setMinimumWidth(120);
-  connect(ScrollTimeDiv, &QScrollBar::valueChanged, this, [this](int v) { timebase_.ScrollTimeDiv_Change(v); });
+  connect(ScrollTimeDiv, &QScrollBar::valueChanged, this,
+          [this](int v) { timebase_.ScrollTimeDiv_Change(v); });
   grid->addWidget(new QLabel("Time/div"), 0, 0);
   grid->addWidget(TimeDiv, 0, 1);
   grid->addWidget(ScrollTimeDiv, 0, 2);
@@ -40,7 +44,8 @@ HorizontalPanel::HorizontalPanel(TimebaseControl& timebase, QWidget* parent) : Q
   HScrollCenter->setObjectName("HScrollCenter");
   HScrollCenter->setMinimumWidth(120);
   // A drag writes once, when it ends.
-  connect(HScrollCenter, &QScrollBar::sliderReleased, this, [this] { timebase_.HScrollCenter_Change(HScrollCenter->value()); });
+  connect(HScrollCenter, &QScrollBar::sliderReleased, this,
+          [this] { timebase_.HScrollCenter_Change(HScrollCenter->value()); });
   connect(HScrollCenter, &QScrollBar::valueChanged, this, [this](int v) {
     if (!HScrollCenter->isSliderDown()) timebase_.HScrollCenter_Change(v);
   });
@@ -49,14 +54,17 @@ HorizontalPanel::HorizontalPanel(TimebaseControl& timebase, QWidget* parent) : Q
   KeepPropPresamp = new QCheckBox("Keep proportionally");
   KeepPropPresamp->setObjectName("KeepPropPresamp");
   KeepPropPresamp->setToolTip("Keep proportionally");
-  connect(KeepPropPresamp, &QCheckBox::clicked, this, [this](bool on) { timebase_.KeepPropPresamp_Click(on); });
+  connect(KeepPropPresamp, &QCheckBox::clicked, this,
+          [this](bool on) { timebase_.KeepPropPresamp_Click(on); });
   grid->addWidget(KeepPropPresamp, 1, 3);
 
   SampleMemoDepth = new QComboBox;
   SampleMemoDepth->setObjectName("SampleMemoDepth");
-  SampleMemoDepth->setToolTip("record length: from one sample for 2 screen points to 4 sample for one screen point");
+  SampleMemoDepth->setToolTip(
+      "record length: from one sample for 2 screen points to 4 sample for one screen point");
   for (const char* entry : kMemoDepthEntries) SampleMemoDepth->addItem(entry);
-  connect(SampleMemoDepth, &QComboBox::activated, this, [this](int index) { timebase_.SampleMemoDepth_Click(index); });
+  connect(SampleMemoDepth, &QComboBox::activated, this,
+          [this](int index) { timebase_.SampleMemoDepth_Click(index); });
   grid->addWidget(new QLabel("Memory"), 2, 0);
   grid->addWidget(SampleMemoDepth, 2, 1);
   RealtmDraw = new QCheckBox("Realtime");

@@ -4,7 +4,6 @@
 #include <iostream>
 #include <memory>
 
-#include "session/command_line.h"
 #include "app/mainwin.h"
 #include "config/cpu_speed.h"
 #include "config/registry.h"
@@ -12,6 +11,7 @@
 #include "config/registry_store.h"
 #include "config/settings.h"
 #include "core/fault.h"
+#include "session/command_line.h"
 #include "session/instance_lock.h"
 #include "sim/sim_config.h"
 #include "sim/simulated_obex.h"
@@ -42,8 +42,9 @@ int main(int argc, char** argv) {
     if (zorvik::hasWord(commandLine.words, "reset")) zorvik::ResetSettings(*store, identity.SettingsName);
     settings = std::make_unique<zorvik::RegistrySettings>(*store, identity.SettingsName);
   } catch (const std::exception& e) {
-    QMessageBox::critical(nullptr, QString::fromStdString(identity.InstanceTitle),
-                          QString("The settings store can't be used; running on defaults.\n%1").arg(e.what()));
+    QMessageBox::critical(
+        nullptr, QString::fromStdString(identity.InstanceTitle),
+        QString("The settings store can't be used; running on defaults.\n%1").arg(e.what()));
     store.reset();
     settings = std::make_unique<zorvik::MemorySettings>();
   }

@@ -1,39 +1,33 @@
 #include "app/mainwin.h"
 
 #include <QApplication>
-#include <QDesktopServices>
-#include <QInputDialog>
-#include <QTimer>
-#include <QUrl>
 #include <QCloseEvent>
 #include <QDateTime>
+#include <QDesktopServices>
 #include <QFile>
 #include <QFormLayout>
-#include <QSignalBlocker>
 #include <QHBoxLayout>
+#include <QInputDialog>
 #include <QKeyEvent>
 #include <QMenuBar>
 #include <QScreen>
+#include <QSignalBlocker>
 #include <QStatusBar>
+#include <QTimer>
+#include <QUrl>
 #include <QVBoxLayout>
 
 #include "app/calibration_page.h"
-#include "core/latin1_text.h"
 #include "app/clock_trigger_pages.h"
 #include "app/delay_page.h"
-#include "firmware/fw_update_window.h"
 #include "app/device_page.h"
 #include "app/device_pages.h"
 #include "app/device_setting_page.h"
 #include "app/display_menus.h"
 #include "app/horizontal_panel.h"
-#include "ui/hot_key_dialog.h"
 #include "app/meter_menu.h"
-#include "display/memo_window.h"
 #include "app/packet_file_menu.h"
 #include "app/picture_menu.h"
-#include "spectrum/spectrum_window.h"
-#include "stat/stat_window.h"
 #include "app/trigger_marker.h"
 #include "app/trigger_panel.h"
 #include "app/vertical_panel.h"
@@ -41,9 +35,11 @@
 #include "app/zoom_bar.h"
 #include "config/cpu_speed.h"
 #include "control/delay_control.h"
+#include "control/plot_inputs_source.h"
+#include "core/latin1_text.h"
 #include "display/display_host.h"
 #include "display/display_roll.h"
-#include "control/plot_inputs_source.h"
+#include "display/memo_window.h"
 #include "display/scope_display.h"
 #include "display/scope_display_window.h"
 #include "display/view_zoom.h"
@@ -55,13 +51,16 @@
 #include "export/packet_files.h"
 #include "export/picture_options.h"
 #include "firmware/firmware_update.h"
+#include "firmware/fw_update_window.h"
 #include "link/class_obex.h"
 #include "measure/measurement_pass.h"
 #include "spectrum/spectrum_stage.h"
+#include "spectrum/spectrum_window.h"
 #include "stat/stat_stage.h"
+#include "stat/stat_window.h"
+#include "ui/hot_key_dialog.h"
 
 namespace zorvik {
-
 
 mainwin::mainwin(SettingsStore& settings, const InstanceIdentity& identity, std::unique_ptr<ClassOBEX> link,
                  const CommandLine& commandLine)
@@ -112,9 +111,7 @@ void mainwin::bindSession() {
   fwWindow_->attach(firmware_);
   spectrumStage_->visible = [this] { return spectrum_ && spectrum_->isVisible(); };
   statStage_->visible = [this] { return stat_ && stat_->isVisible(); };
-  s.picturesWithLabels = [this] {
-    return PictureOptions(settings_).withLabels();
-  };
+  s.picturesWithLabels = [this] { return PictureOptions(settings_).withLabels(); };
   // Saved once the packet's handler is done: the dialog must not stand inside it.
   recorder_->onComplete = [this](std::vector<AniGIF::Frame> frames) {
     QTimer::singleShot(0, this, [this, frames = std::move(frames)]() mutable {
@@ -205,7 +202,9 @@ void mainwin::buildMenus() {
   meters->setObjectName("Meters");
   meterMenu_ = new MeterMenu(
       meters, settings_, *measure_, this, [this] { main_->replayLastPacket(); },
-      [this](const std::string& text) { sink_.show(BoxKind::Critical, main_->identity().InstanceTitle, text, ""); });
+      [this](const std::string& text) {
+        sink_.show(BoxKind::Critical, main_->identity().InstanceTitle, text, "");
+      });
   meters->addSeparator();
   MeterFFT = meters->addAction("Spectral", [this] { guarded([this] { MeterFFT_Click(); }); });
   MeterFFT->setObjectName("MeterFFT");
@@ -229,10 +228,12 @@ void mainwin::buildMenus() {
     devicePage_->show();
     devicePage_->raise();
   });
-  QAction* fw = device->addAction("Firmware update", [this] { guarded([this] { firmware_->FirmWareUpdate(); }); });
+  QAction* fw =
+      device->addAction("Firmware update", [this] { guarded([this] { firmware_->FirmWareUpdate(); }); });
   fw->setObjectName("FWupdateKey");
   device->addAction("Clock setting", [this] {
-    showDevicePage(clockPage_, [this] { return makeClockPage(settings_, *main_, control_->timebase(), this); });
+    showDevicePage(clockPage_,
+                   [this] { return makeClockPage(settings_, *main_, control_->timebase(), this); });
   });
   device->addAction("Trigger setting", [this] {
     showDevicePage(trigPage_, [this] { return makeTriggerPage(settings_, *trigger_, this); });
@@ -241,10 +242,12 @@ void mainwin::buildMenus() {
     showDevicePage(memoryPage_, [this] { return makeMemoryPage(settings_, control_->timebase(), this); });
   });
   device->addAction("Sampling setting", [this] {
-    showDevicePage(samplingPage_, [this] { return makeSamplingPage(settings_, *main_, control_->timebase(), this); });
+    showDevicePage(samplingPage_,
+                   [this] { return makeSamplingPage(settings_, *main_, control_->timebase(), this); });
   });
   device->addAction("CH1 setting", [this] {
-    showDevicePage(ch1Page_, [this] { return makeCh1Page(settings_, *main_, control_->channel(), *trigger_, this); });
+    showDevicePage(ch1Page_,
+                   [this] { return makeCh1Page(settings_, *main_, control_->channel(), *trigger_, this); });
   });
 }
 
@@ -354,10 +357,12 @@ void mainwin::buildPanel() {
   WorkMode->setObjectName("WorkMode");
   WorkMode->setAttribute(Qt::WA_Hover);
   WorkMode->installEventFilter(this);
-  connect(WorkMode, &QCheckBox::clicked, this, [this](bool on) { guarded([&] { run_->WorkMode_Click(on); }); });
+  connect(WorkMode, &QCheckBox::clicked, this,
+          [this](bool on) { guarded([&] { run_->WorkMode_Click(on); }); });
   AutoWait = new QCheckBox("AutoRun mode");
   AutoWait->setObjectName("AutoWait");
-  connect(AutoWait, &QCheckBox::clicked, this, [this](bool on) { guarded([&] { run_->AutoWait_Click(on); }); });
+  connect(AutoWait, &QCheckBox::clicked, this,
+          [this](bool on) { guarded([&] { run_->AutoWait_Click(on); }); });
   AveragesPeaks = new QComboBox;
   AveragesPeaks->setObjectName("AveragesPeaks");
   AveragesPeaks->setToolTip("number of waveforms to average in device");
@@ -366,7 +371,8 @@ void mainwin::buildPanel() {
   RisAveragesPeaks->setToolTip("number of waveforms to average in device (RIS)");
   for (const std::string& e : averagesList()) AveragesPeaks->addItem(latin1Text(e));
   for (const std::string& e : risAveragesList()) RisAveragesPeaks->addItem(latin1Text(e));
-  connect(AveragesPeaks, &QComboBox::activated, this, [this](int i) { guarded([&] { run_->AveragesPeaks_Click(i); }); });
+  connect(AveragesPeaks, &QComboBox::activated, this,
+          [this](int i) { guarded([&] { run_->AveragesPeaks_Click(i); }); });
   connect(RisAveragesPeaks, &QComboBox::activated, this,
           [this](int i) { guarded([&] { run_->RisAveragesPeaks_Click(i); }); });
   auto* averages = new QFormLayout;
@@ -432,9 +438,13 @@ void mainwin::stateChanged() {
   }
 }
 
-void mainwin::restoreDefaultPacket() { zorvik::restoreDefaultPacket(*main_); }
+void mainwin::restoreDefaultPacket() {
+  zorvik::restoreDefaultPacket(*main_);
+}
 
-void mainwin::clearDisplay() { display_->clear(); }
+void mainwin::clearDisplay() {
+  display_->clear();
+}
 
 // The display drew the packet as its stage; nothing is left to do here.
 void mainwin::packetShown(const std::string&) {}
@@ -452,7 +462,8 @@ void mainwin::selectionMenu(QPoint at) {
   const char* copies[] = {"show in new window", "magn x2 to new window", "magn x3 to new window",
                           "magn x4 to new window", "magn x5 to new window"};
   for (int i = 0; i < 5; ++i) {
-    QAction* a = menu.addAction(copies[i], [this, i] { guarded([&] { copySelection(i == 0 ? 1 : i + 1); }); });
+    QAction* a =
+        menu.addAction(copies[i], [this, i] { guarded([&] { copySelection(i == 0 ? 1 : i + 1); }); });
     a->setObjectName(QString("SelRectOperation%1").arg(i + 1));
   }
   menu.exec(at);
@@ -464,11 +475,13 @@ void mainwin::copySelection(int magnification) {
   // The pixels as the screen shows them, labels included.
   const QImage shown = displayPicture(*scope_, scope_->labels(), true);
   const DisplayGeometry& g = scope_->canvas().geometry();
-  const QRect r = QRect(QPoint(g.pixelX(s.left()), g.pixelY(s.top())), QPoint(g.pixelX(s.right()), g.pixelY(s.bottom())))
-                      .intersected(shown.rect());
+  const QRect r =
+      QRect(QPoint(g.pixelX(s.left()), g.pixelY(s.top())), QPoint(g.pixelX(s.right()), g.pixelY(s.bottom())))
+          .intersected(shown.rect());
   if (r.isEmpty()) return;
   QImage copy = shown.copy(r);
-  if (magnification > 1) copy = copy.scaled(r.size() * magnification, Qt::IgnoreAspectRatio, Qt::FastTransformation);
+  if (magnification > 1)
+    copy = copy.scaled(r.size() * magnification, Qt::IgnoreAspectRatio, Qt::FastTransformation);
   showMemo(copy);
 }
 
@@ -481,8 +494,8 @@ void mainwin::buildAnimationMenu(QMenu* file) {
       int frames = i == 0 ? 0 : std::atoi(entries[i]);
       if (i == 0) {
         bool ok = false;
-        frames = QInputDialog::getInt(this, latin1Text(main_->identity().InstanceTitle), "Input frames number for record", 10, 0,
-                                      10000, 1, &ok);
+        frames = QInputDialog::getInt(this, latin1Text(main_->identity().InstanceTitle),
+                                      "Input frames number for record", 10, 0, 10000, 1, &ok);
         if (!ok) return;
       }
       recorder_->start(frames);
@@ -516,13 +529,16 @@ void mainwin::saveAnimation(std::vector<AniGIF::Frame> frames) {
   AniGIF().SaveAnimGIF(frames, path, colour);
   hold.release();
   const std::string& title = main_->identity().InstanceTitle;
-  if (sink_.show(BoxKind::Question, title, "Animated GIF saved.\r\nDo you want view it?", "ViewAnimGIF") == kAnswerYes)
+  if (sink_.show(BoxKind::Question, title, "Animated GIF saved.\r\nDo you want view it?", "ViewAnimGIF") ==
+      kAnswerYes)
     QDesktopServices::openUrl(QUrl::fromLocalFile(QFile::decodeName(QByteArray::fromStdString(path))));
 }
 
 void mainwin::showMemo(const QImage& picture) {
   auto* m = new memowin(picture, *main_, fileDialogs_, this);
-  m->onFault = [this](const std::string& text) { sink_.show(BoxKind::Critical, main_->identity().InstanceTitle, text, ""); };
+  m->onFault = [this](const std::string& text) {
+    sink_.show(BoxKind::Critical, main_->identity().InstanceTitle, text, "");
+  };
   m->show();
 }
 
@@ -533,9 +549,10 @@ void mainwin::zoomToSelection() {
   const int hOld = hZoom_->factor(), vOld = vZoom_->factor();
   const int hNew = horizontalZoomForSelection(hOld, static_cast<double>(width) / (s.right() - s.left()));
   const int vNew = verticalZoomForSelection(vOld, static_cast<double>(kTraceRows) / (s.top() - s.bottom()));
-  const int hValue = viewValueCentring(ZoomAxis::Horizontal, hOld, hZoom_->value(), (s.left() + s.right()) / 2.0 / width, hNew);
-  const int vValue =
-      viewValueCentring(ZoomAxis::Vertical, vOld, vZoom_->value(), (s.bottom() + s.top()) / 2.0 / kTraceRows, vNew);
+  const int hValue = viewValueCentring(ZoomAxis::Horizontal, hOld, hZoom_->value(),
+                                       (s.left() + s.right()) / 2.0 / width, hNew);
+  const int vValue = viewValueCentring(ZoomAxis::Vertical, vOld, vZoom_->value(),
+                                       (s.bottom() + s.top()) / 2.0 / kTraceRows, vNew);
   if (hNew != hOld) hZoom_->keyClicked(hNew, true);
   if (hNew > 1) hZoom_->setValue(hValue);
   if (vNew != vOld) vZoom_->keyClicked(vNew, true);
@@ -543,9 +560,7 @@ void mainwin::zoomToSelection() {
 }
 
 void mainwin::displaySettingChanged(const char* name, bool setup) {
-  guarded([&] {
-    session_->displaySettingChanged(name, setup);
-  });
+  guarded([&] { session_->displaySettingChanged(name, setup); });
 }
 
 void mainwin::displayGeometryChanged() {
@@ -587,17 +602,28 @@ namespace {
 // The name of a key as the key map knows it; empty for keys it has no use for.
 std::string keyName(const QKeyEvent* e) {
   switch (e->key()) {
-    case Qt::Key_Escape: return "Esc";
-    case Qt::Key_Left: return "Left";
-    case Qt::Key_Right: return "Right";
-    case Qt::Key_Up: return "Up";
-    case Qt::Key_Down: return "Down";
-    case Qt::Key_Home: return "Home";
-    case Qt::Key_End: return "End";
-    case Qt::Key_PageUp: return "PageUp";
-    case Qt::Key_PageDown: return "PageDown";
-    case Qt::Key_Backspace: return "Backspace";
-    default: break;
+    case Qt::Key_Escape:
+      return "Esc";
+    case Qt::Key_Left:
+      return "Left";
+    case Qt::Key_Right:
+      return "Right";
+    case Qt::Key_Up:
+      return "Up";
+    case Qt::Key_Down:
+      return "Down";
+    case Qt::Key_Home:
+      return "Home";
+    case Qt::Key_End:
+      return "End";
+    case Qt::Key_PageUp:
+      return "PageUp";
+    case Qt::Key_PageDown:
+      return "PageDown";
+    case Qt::Key_Backspace:
+      return "Backspace";
+    default:
+      break;
   }
   QString t = e->text();
   if (t.size() == 1 && t[0].unicode() >= 32 && t[0].unicode() < 127) return t.toStdString();
@@ -610,7 +636,8 @@ void mainwin::keyPressEvent(QKeyEvent* event) {
   bool taken = false;
   guarded([&] {
     taken = !key.empty() && session_->keys().press(key, QDateTime::currentMSecsSinceEpoch(),
-                                         event->modifiers() & Qt::ShiftModifier, event->modifiers() & Qt::AltModifier);
+                                                   event->modifiers() & Qt::ShiftModifier,
+                                                   event->modifiers() & Qt::AltModifier);
   });
   if (!taken) QMainWindow::keyPressEvent(event);
 }

@@ -9,14 +9,14 @@
 #include <QPushButton>
 #include <memory>
 
-#include "session/command_line.h"
-#include "export/gif_writer.h"
 #include "config/settings.h"
+#include "export/gif_writer.h"
 #include "session/basic_control.h"
+#include "session/command_line.h"
 #include "session/main_controller.h"
-#include "session/scope_session.h"
 #include "session/run_control.h"
 #include "session/run_key_actions.h"
+#include "session/scope_session.h"
 #include "ui/file_dialog_qt.h"
 #include "ui/qt_message_sink.h"
 

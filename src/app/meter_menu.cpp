@@ -3,9 +3,9 @@
 #include <QActionGroup>
 #include <algorithm>
 
-#include "measure/meter_window.h"
 #include "config/settings.h"
 #include "measure/meter_readings.h"
+#include "measure/meter_window.h"
 
 namespace zorvik {
 
@@ -15,10 +15,16 @@ constexpr char kSection[] = "Meters";
 
 MeterMenu::MeterMenu(QMenu* menu, SettingsStore& settings, MeasurementPass& pass, QWidget* owner,
                      std::function<void()> replay, std::function<void(const std::string&)> fault)
-    : QObject(owner), settings_(settings), pass_(pass), owner_(owner), replay_(std::move(replay)), fault_(std::move(fault)) {
+    : QObject(owner),
+      settings_(settings),
+      pass_(pass),
+      owner_(owner),
+      replay_(std::move(replay)),
+      fault_(std::move(fault)) {
   // The menu lists the meters by their index; a gap in the indexes is a separator.
   std::vector<MeterInfo> byIndex = meterTable();
-  std::sort(byIndex.begin(), byIndex.end(), [](const MeterInfo& a, const MeterInfo& b) { return a.meter < b.meter; });
+  std::sort(byIndex.begin(), byIndex.end(),
+            [](const MeterInfo& a, const MeterInfo& b) { return a.meter < b.meter; });
   int previous = -1;
   for (const MeterInfo& m : byIndex) {
     const int index = static_cast<int>(m.meter);
@@ -32,13 +38,13 @@ MeterMenu::MeterMenu(QMenu* menu, SettingsStore& settings, MeasurementPass& pass
   }
   menu->addSeparator();
   MeasureOptions& o = pass_.options;
-  radio(menu, "meas.level by", "byLevel", {"screen center", "peaks center", "rails center", "trigger level"}, o.byLevel,
-        [this](int i) {
+  radio(menu, "meas.level by", "byLevel", {"screen center", "peaks center", "rails center", "trigger level"},
+        o.byLevel, [this](int i) {
           pass_.options.byLevel = i;
           saveMeasureOptions(settings_, pass_.options);
         });
-  radio(menu, "polarity", "MeterPolarity", {"positive (from rises)", "negative (from falls)"}, o.negativePolarity ? 1 : 0,
-        [this](int i) {
+  radio(menu, "polarity", "MeterPolarity", {"positive (from rises)", "negative (from falls)"},
+        o.negativePolarity ? 1 : 0, [this](int i) {
           pass_.options.negativePolarity = i == 1;
           saveMeasureOptions(settings_, pass_.options);
         });
@@ -49,10 +55,13 @@ MeterMenu::MeterMenu(QMenu* menu, SettingsStore& settings, MeasurementPass& pass
   pass_.onMeasured = [this](const SegmentData& s, int n, const MeasureInputs& in) { feed(s, n, in); };
 }
 
-MeterMenu::~MeterMenu() { pass_.onMeasured = nullptr; }
+MeterMenu::~MeterMenu() {
+  pass_.onMeasured = nullptr;
+}
 
-void MeterMenu::radio(QMenu* parent, const char* title, const char* object, const std::vector<const char*>& captions,
-                      int checked, std::function<void(int)> chosen) {
+void MeterMenu::radio(QMenu* parent, const char* title, const char* object,
+                      const std::vector<const char*>& captions, int checked,
+                      std::function<void(int)> chosen) {
   QMenu* sub = parent->addMenu(title);
   sub->setObjectName(object);
   auto* group = new QActionGroup(sub);

@@ -19,8 +19,8 @@ class MeterMenu : public QObject {
   Q_OBJECT
  public:
   // replay: the last packet through the packet entry again, so a meter that opens shows a value.
-  MeterMenu(QMenu* menu, SettingsStore& settings, MeasurementPass& pass, QWidget* owner, std::function<void()> replay,
-            std::function<void(const std::string&)> fault);
+  MeterMenu(QMenu* menu, SettingsStore& settings, MeasurementPass& pass, QWidget* owner,
+            std::function<void()> replay, std::function<void(const std::string&)> fault);
   ~MeterMenu() override;
 
   // The meters named by "Meters/On" at start-up.

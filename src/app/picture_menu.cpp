@@ -20,9 +20,11 @@ void addPictureMenu(QMenu* file, MainController& main, FileDialogs& dialogs, Set
   menu->setObjectName("SaveToBMPGIFJPG");
   auto pictures = std::make_shared<DisplayPictures>(main, dialogs);
   auto options = std::make_shared<PictureOptions>(settings);
-  auto run = [&main, &display, pictures, fault](PictureTarget target, bool labels, bool autoName, bool transparent) {
+  auto run = [&main, &display, pictures, fault](PictureTarget target, bool labels, bool autoName,
+                                                bool transparent) {
     try {
-      pictures->setGifTransparency(transparent, static_cast<uint32_t>(display.settings().backColor) & 0xFFFFFF);
+      pictures->setGifTransparency(transparent,
+                                   static_cast<uint32_t>(display.settings().backColor) & 0xFFFFFF);
       pictures->SaveToBMPGIFJPG(
           target, [&display, labels] { return displayPicture(display, display.labels(), labels); },
           [](const QImage& image) { QGuiApplication::clipboard()->setImage(image); }, autoName,
@@ -35,8 +37,10 @@ void addPictureMenu(QMenu* file, MainController& main, FileDialogs& dialogs, Set
     const char* caption;
     PictureTarget target;
   };
-  const Item items[] = {{"to BMP file", PictureTarget::Bmp},         {"to GIF file", PictureTarget::Gif},
-                        {"to JPG file", PictureTarget::Jpeg},        {"to clipboard", PictureTarget::Clipboard},
+  const Item items[] = {{"to BMP file", PictureTarget::Bmp},
+                        {"to GIF file", PictureTarget::Gif},
+                        {"to JPG file", PictureTarget::Jpeg},
+                        {"to clipboard", PictureTarget::Clipboard},
                         {"as wallpaper file", PictureTarget::Wallpaper}};
   // The options are read from their model when a command runs.
   for (const Item& it : items) {

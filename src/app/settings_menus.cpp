@@ -11,7 +11,9 @@
 namespace zorvik {
 
 namespace {
-QString dialogTitle(const char* verb, const char* category) { return QString("%1: Zorvik %2").arg(verb, category); }
+QString dialogTitle(const char* verb, const char* category) {
+  return QString("%1: Zorvik %2").arg(verb, category);
+}
 }  // namespace
 
 void mainwin::setRegistry(RegistryStore* store, int cpuMHz) {
@@ -23,7 +25,8 @@ void mainwin::setRegistry(RegistryStore* store, int cpuMHz) {
 void mainwin::buildRegistryMenu() {
   registryMenu_ = menuBar()->addMenu("&Registry");
   registryMenu_->setObjectName("RegistryMenu");
-  registryMenu_->addAction(kShowAllInfoCaption, [this] { guarded([this] { RegistryMenuShowAllInfo(*store_, settingsName()); }); });
+  registryMenu_->addAction(kShowAllInfoCaption,
+                           [this] { guarded([this] { RegistryMenuShowAllInfo(*store_, settingsName()); }); });
   registryMenu_->addAction(kAskAllQuestionsCaption, [this] {
     guarded([this] { RegistryMenuAskAllQuestions(*store_, settingsName()); });
   });
@@ -35,7 +38,8 @@ void mainwin::buildRegistryMenu() {
   registryMenu_->addSeparator();
   QAction* login = registryMenu_->addAction(kLoadWithWindowsCaption);
   login->setCheckable(true);
-  connect(registryMenu_, &QMenu::aboutToShow, this, [login] { login->setChecked(RegistryMenuLoadWithWindowsChecked()); });
+  connect(registryMenu_, &QMenu::aboutToShow, this,
+          [login] { login->setChecked(RegistryMenuLoadWithWindowsChecked()); });
   connect(login, &QAction::triggered, this, [this, login] {
     guarded([&] {
       QString cmd = QCoreApplication::applicationFilePath();
@@ -49,13 +53,13 @@ void mainwin::settingClick(int index) {
     std::string file;
     bool online = main_->Online();
     if (index == 0) {
-      file = QFileDialog::getSaveFileName(this, dialogTitle("File Save", kSaveSettingCategory), QDir::currentPath(),
-                                          kSettingFileDescription)
+      file = QFileDialog::getSaveFileName(this, dialogTitle("File Save", kSaveSettingCategory),
+                                          QDir::currentPath(), kSettingFileDescription)
                  .toStdString();
       if (!file.empty() && file.find('.') == std::string::npos) file += ".reg";
     } else if (index == 1 && !online) {
-      file = QFileDialog::getOpenFileName(this, dialogTitle("File Open", kRestoreSettingCategory), QDir::currentPath(),
-                                          kSettingFileDescription)
+      file = QFileDialog::getOpenFileName(this, dialogTitle("File Open", kRestoreSettingCategory),
+                                          QDir::currentPath(), kSettingFileDescription)
                  .toStdString();
       if (file.empty()) return;  // a cancelled dialog ends the command without effect
     }
@@ -70,6 +74,8 @@ void mainwin::settingClick(int index) {
   });
 }
 
-const std::string& mainwin::settingsName() const { return main_->identity().SettingsName; }
+const std::string& mainwin::settingsName() const {
+  return main_->identity().SettingsName;
+}
 
 }  // namespace zorvik

@@ -13,8 +13,12 @@ namespace {
 constexpr int kStripWidth = 16;
 // The vertical zoom's view position as a share of its scroll: 0 the bottom, 1 the top.
 constexpr double kMin = 0, kMax = 1;
-double zoomOf(const ScopeDisplay& d) { return d.inputs().vZoom > 0 ? d.inputs().vZoom : 1; }
-double positionOf(const ScopeDisplay& d) { return d.inputs().vViewFrac + 0.5; }
+double zoomOf(const ScopeDisplay& d) {
+  return d.inputs().vZoom > 0 ? d.inputs().vZoom : 1;
+}
+double positionOf(const ScopeDisplay& d) {
+  return d.inputs().vViewFrac + 0.5;
+}
 }  // namespace
 
 TriggerMarker::TriggerMarker(TriggerControl& trigger, const ScopeDisplay& display, QWidget* parent)
@@ -25,7 +29,9 @@ TriggerMarker::TriggerMarker(TriggerControl& trigger, const ScopeDisplay& displa
   refresh();
 }
 
-QSize TriggerMarker::sizeHint() const { return {kStripWidth, display_.canvas().height()}; }
+QSize TriggerMarker::sizeHint() const {
+  return {kStripWidth, display_.canvas().height()};
+}
 
 void TriggerMarker::refresh() {
   setFixedSize(sizeHint());
@@ -43,7 +49,8 @@ void TriggerMarker::paintEvent(QPaintEvent*) {
   QPainter p(this);
   p.fillRect(rect(), palette().window());
   const int level = trigger_.model().level;
-  const int row = static_cast<int>(TriggerControl::markerTop(level, zoomOf(display_), positionOf(display_), kMin, kMax));
+  const int row =
+      static_cast<int>(TriggerControl::markerTop(level, zoomOf(display_), positionOf(display_), kMin, kMax));
   const int y = display_.canvas().geometry().pixelY(row);
   QFont f = font();
   f.setBold(true);
@@ -55,7 +62,9 @@ void TriggerMarker::paintEvent(QPaintEvent*) {
   p.drawText(QRect(3, y - 8, width() - 3, 16), Qt::AlignCenter, caption.trimmed().isEmpty() ? "-" : caption);
 }
 
-void TriggerMarker::mousePressEvent(QMouseEvent* event) { trigger_.setLevel(levelAt(event->position().toPoint().y())); }
+void TriggerMarker::mousePressEvent(QMouseEvent* event) {
+  trigger_.setLevel(levelAt(event->position().toPoint().y()));
+}
 
 void TriggerMarker::mouseMoveEvent(QMouseEvent* event) {
   if (event->buttons() & Qt::LeftButton) trigger_.setLevel(levelAt(event->position().toPoint().y()));

@@ -19,8 +19,10 @@ VerticalPanel::VerticalPanel(ChannelControl& channel, QWidget* parent) : QWidget
   VoltDiv1 = new QComboBox;
   VoltDiv1->setObjectName("VoltDiv1");
   VoltDiv1->setToolTip("Channel sensitivity");
-  for (int i = kVoltDivFirst; i <= kVoltDivLast; ++i) VoltDiv1->addItem(QString::fromStdString(voltDivText(i)));
-  connect(VoltDiv1, &QComboBox::activated, this, [this](int index) { channel_.scrollCH1_Change(index + kVoltDivFirst); });
+  for (int i = kVoltDivFirst; i <= kVoltDivLast; ++i)
+    VoltDiv1->addItem(QString::fromStdString(voltDivText(i)));
+  connect(VoltDiv1, &QComboBox::activated, this,
+          [this](int index) { channel_.scrollCH1_Change(index + kVoltDivFirst); });
   column->addWidget(VoltDiv1);
 
   scrollCH1 = new QScrollBar(Qt::Horizontal);
@@ -40,7 +42,8 @@ VerticalPanel::VerticalPanel(ChannelControl& channel, QWidget* parent) : QWidget
   VScroll1->setMinimumHeight(120);
   // While dragged only the display follows; the register is written when the value is set.
   connect(VScroll1, &QScrollBar::sliderMoved, this, [this](int v) { channel_.VScroll1_Scroll(v); });
-  connect(VScroll1, &QScrollBar::sliderReleased, this, [this] { channel_.VScroll1_Change(VScroll1->value()); });
+  connect(VScroll1, &QScrollBar::sliderReleased, this,
+          [this] { channel_.VScroll1_Change(VScroll1->value()); });
   connect(VScroll1, &QScrollBar::valueChanged, this, [this](int v) {
     if (!VScroll1->isSliderDown()) channel_.VScroll1_Change(v);
   });

@@ -17,7 +17,9 @@ namespace {
 constexpr int kZoomScreenWidth = 1280;  // the larger display needs at least this screen
 }
 
-void WindowKeys::closeProgram() { w_.close(); }
+void WindowKeys::closeProgram() {
+  w_.close();
+}
 
 void WindowKeys::toggleZoom() {
   QScreen* screen = w_.screen() ? w_.screen() : QGuiApplication::primaryScreen();
@@ -47,17 +49,25 @@ void WindowKeys::openMeter(char key) {
   if (position < indexes.size()) trigger(QString("Meters_%1").arg(indexes[position]), true);
 }
 
-void WindowKeys::openMeterFFT() { trigger("MeterFFT", true); }
-void WindowKeys::openMeterStat() { trigger("MeterStat", true); }
+void WindowKeys::openMeterFFT() {
+  trigger("MeterFFT", true);
+}
+void WindowKeys::openMeterStat() {
+  trigger("MeterStat", true);
+}
 
 void WindowKeys::savePicture(char kind) {
   const int target = kind == 'B' ? 0 : kind == 'G' ? 1 : kind == 'J' ? 2 : kind == 'C' ? 3 : -1;
   if (target >= 0) trigger(QString("SaveToBMPGIFJPG_%1").arg(target));
 }
 
-void WindowKeys::openPictureWindow() { trigger("OpenBitmapInNewWin"); }
+void WindowKeys::openPictureWindow() {
+  trigger("OpenBitmapInNewWin");
+}
 
 // "A" asks for the number of frames, "R" records the first fixed count (5 frames).
-void WindowKeys::startRecorder(char key) { trigger(key == 'A' ? "StartAnimatedRec_0" : "StartAnimatedRec_1"); }
+void WindowKeys::startRecorder(char key) {
+  trigger(key == 'A' ? "StartAnimatedRec_0" : "StartAnimatedRec_1");
+}
 
 }  // namespace zorvik

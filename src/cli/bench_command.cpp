@@ -8,8 +8,8 @@
 #include <numeric>
 
 #include "cli/display_command.h"
-#include "session/command_line.h"
 #include "core/fault.h"
+#include "session/command_line.h"
 #include "sim/packet_builder.h"
 #include "sim/sim_config.h"
 

@@ -6,9 +6,9 @@
 #include <fstream>
 #include <iterator>
 
-#include "session/command_line.h"
 #include "core/fault.h"
 #include "export/zrv_file.h"
+#include "session/command_line.h"
 #include "signal/packet.h"
 
 namespace zorvik {
@@ -25,7 +25,8 @@ PacketInfo readPacketFile(const std::string& path, std::string& packet) {
   packet = readFileBytes(path);
   if (auto zrv = parseZrv(packet)) packet = zrv->packet;
   PacketInfo info = decodePacket(packet);
-  if (info.ignored) throw Fault("not a packet: " + path + " holds " + std::to_string(packet.size()) + " bytes");
+  if (info.ignored)
+    throw Fault("not a packet: " + path + " holds " + std::to_string(packet.size()) + " bytes");
   return info;
 }
 

@@ -3,17 +3,18 @@
 #include <initializer_list>
 #include <utility>
 
-#include "session/command_line.h"
 #include "config/cpu_speed.h"
 #include "core/fault.h"
 #include "export/file_io.h"
 #include "export/zrv_file.h"
+#include "session/command_line.h"
 
 namespace zorvik {
 
 namespace {
 
-int pick(const std::string& name, const std::string& text, std::initializer_list<std::pair<const char*, int>> items) {
+int pick(const std::string& name, const std::string& text,
+         std::initializer_list<std::pair<const char*, int>> items) {
   for (const auto& [word, value] : items)
     if (text == word) return value;
   std::string all;
@@ -24,7 +25,8 @@ int pick(const std::string& name, const std::string& text, std::initializer_list
 void applySettings(const DisplayOptions& o, DisplaySettings& s) {
   for (const std::string& text : o.sets) {
     SettingAssignment set = parseSettingAssignment(text);
-    if (!s.assign(set.section, set.name, set.value)) throw Fault("no plot setting " + set.section + "/" + set.name);
+    if (!s.assign(set.section, set.name, set.value))
+      throw Fault("no plot setting " + set.section + "/" + set.name);
   }
   if (o.zoom) s.zoom = *o.zoom;
   if (o.wide) s.wide = true;
@@ -78,7 +80,9 @@ PacketFile readPacketFile(const std::string& path) {
 }
 
 HeadlessDisplay::HeadlessDisplay(const DisplayOptions& options)
-    : main_(settings_, sink_, static_cast<MainView&>(*this)), host_(main_), display_(host_, settings_, CpuMHz()) {
+    : main_(settings_, sink_, static_cast<MainView&>(*this)),
+      host_(main_),
+      display_(host_, settings_, CpuMHz()) {
   applySettings(options, display_.settings());
   display_.inputs().hZoom = options.hZoom;
   display_.inputs().vZoom = options.vZoom;
@@ -87,7 +91,9 @@ HeadlessDisplay::HeadlessDisplay(const DisplayOptions& options)
   main_.setPacketCount(0);
 }
 
-HeadlessDisplay::~HeadlessDisplay() { main_.setStages(nullptr); }
+HeadlessDisplay::~HeadlessDisplay() {
+  main_.setStages(nullptr);
+}
 
 void HeadlessDisplay::packet(const std::string& bytes, int samplesPerDiv) {
   {

@@ -5,10 +5,10 @@
 #include <vector>
 
 #include "config/settings.h"
+#include "core/recording_sink.h"
 #include "display/display_host.h"
 #include "display/scope_display.h"
 #include "session/main_controller.h"
-#include "core/recording_sink.h"
 
 namespace zorvik {
 

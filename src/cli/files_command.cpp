@@ -1,15 +1,14 @@
 #include "cli/files_command.h"
 
+#include <QElapsedTimer>
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QElapsedTimer>
 #include <QJsonObject>
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
 #include <filesystem>
 
-#include "session/command_line.h"
 #include "config/registry_settings.h"
 #include "config/registry_store.h"
 #include "config/text_number.h"
@@ -19,6 +18,7 @@
 #include "export/packet_files.h"
 #include "export/text_file.h"
 #include "export/zrv_file.h"
+#include "session/command_line.h"
 #include "session/headless_session.h"
 
 namespace zorvik {
@@ -93,7 +93,9 @@ int simulate(const SimRun& run, std::ostream& out, std::ostream& err) {
 
   main.KeyConnect_Click();
   bool ready = HeadlessSession::spinUntil(
-      [&] { return main.sessionState() == SessionState::Ready || main.sessionState() == SessionState::NoSession; },
+      [&] {
+        return main.sessionState() == SessionState::Ready || main.sessionState() == SessionState::NoSession;
+      },
       left());
   ready = ready && main.sessionState() == SessionState::Ready;
   QJsonArray files;

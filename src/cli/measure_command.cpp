@@ -5,10 +5,10 @@
 #include <cmath>
 
 #include "cli/decode_command.h"
-#include "session/command_line.h"
 #include "core/fault.h"
 #include "measure/measurement_pass.h"
 #include "measure/meter_readings.h"
+#include "session/command_line.h"
 #include "signal/packet.h"
 
 namespace zorvik {
@@ -20,7 +20,9 @@ const char* const kUsage =
     "[--trigger 0..255] [--negative] [--20-80]";
 
 // JSON has no NaN or infinity: such a value is written as null.
-QJsonValue number(double v) { return std::isfinite(v) ? QJsonValue(v) : QJsonValue(); }
+QJsonValue number(double v) {
+  return std::isfinite(v) ? QJsonValue(v) : QJsonValue();
+}
 
 }  // namespace
 

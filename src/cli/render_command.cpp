@@ -6,10 +6,10 @@
 #include <QPainter>
 
 #include "cli/display_command.h"
-#include "session/command_line.h"
 #include "core/fault.h"
 #include "display/label_painter.h"
 #include "export/file_io.h"
+#include "session/command_line.h"
 
 namespace zorvik {
 
@@ -43,7 +43,8 @@ RenderArgs parseArgs(const std::vector<std::string>& args) {
       r.files.push_back(args[i]);
     }
   }
-  if (r.files.empty() || r.png.empty()) throw Fault("usage: zorvik-cli render FILE... --png OUT.png [options]");
+  if (r.files.empty() || r.png.empty())
+    throw Fault("usage: zorvik-cli render FILE... --png OUT.png [options]");
   return r;
 }
 
@@ -63,7 +64,8 @@ int render(const RenderArgs& a) {
 
   HeadlessDisplay rig(a.display);
   for (int r = 0; r < a.repeat; ++r)
-    for (const PacketFile& p : packets) rig.packet(p.bytes, a.display.samplesPerDiv.value_or(p.samplesPerDiv.value_or(16)));
+    for (const PacketFile& p : packets)
+      rig.packet(p.bytes, a.display.samplesPerDiv.value_or(p.samplesPerDiv.value_or(16)));
 
   ScopeDisplay& display = rig.display();
   const MainState& state = rig.main().state();

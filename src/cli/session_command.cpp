@@ -8,7 +8,6 @@
 #include <cstdlib>
 #include <set>
 
-#include "session/command_line.h"
 #include "config/registry_settings.h"
 #include "config/registry_store.h"
 #include "config/text_number.h"
@@ -17,6 +16,7 @@
 #include "export/packet_files.h"
 #include "measure/measurement_pass.h"
 #include "measure/meter_readings.h"
+#include "session/command_line.h"
 #include "session/headless_session.h"
 #include "spectrum/spectrum_stage.h"
 #include "stat/stat_stage.h"
@@ -24,7 +24,6 @@
 namespace zorvik {
 
 namespace {
-
 
 // A float as the shortest decimal that reads back to it, not the double next to it (3.125e-06, not
 // 3.1250000742e-06).
@@ -80,7 +79,9 @@ QJsonObject registers(const DeviceCache& c) {
 }
 
 // JSON has no NaN or infinity: such a value is written as null.
-QJsonValue number(double v) { return std::isfinite(v) ? QJsonValue(v) : QJsonValue(); }
+QJsonValue number(double v) {
+  return std::isfinite(v) ? QJsonValue(v) : QJsonValue();
+}
 
 // --meters all or a comma list of mnemonics (DCV,FRH,...).
 std::set<Meter> meterList(const std::string& text) {
@@ -92,7 +93,8 @@ std::set<Meter> meterList(const std::string& text) {
   size_t start = 0;
   while (start <= text.size()) {
     const size_t comma = text.find(',', start);
-    const std::string name = text.substr(start, comma == std::string::npos ? std::string::npos : comma - start);
+    const std::string name =
+        text.substr(start, comma == std::string::npos ? std::string::npos : comma - start);
     bool known = false;
     for (const MeterInfo& m : meterTable())
       if (name == m.mnemonic) {
@@ -110,7 +112,8 @@ std::set<Meter> meterList(const std::string& text) {
 QJsonObject meterReadings(ScopeSession& s, const std::set<Meter>& open) {
   const MeasurementPass& pass = s.measurement();
   const MeasurementPass::LastPass& last = pass.lastPass();
-  const MeterContext ctx{last.isHiRes, last.in.FullScaleVolts, last.in.ZeroVolts, last.in.SamplePeriod, last.n};
+  const MeterContext ctx{last.isHiRes, last.in.FullScaleVolts, last.in.ZeroVolts, last.in.SamplePeriod,
+                         last.n};
   QJsonObject meters;
   for (const MeterInfo& m : meterTable()) {
     if (!open.count(m.meter)) continue;
@@ -247,7 +250,8 @@ int runSessionCommand(const std::vector<std::string>& args, std::ostream& out, s
   o["messages"] = msgs;
   QJsonArray requests, writes;
   for (const auto& r : session.link().requests) requests.append(QString::fromStdString(r));
-  for (const auto& w : session.link().writes) writes.append(QJsonArray{QString::fromStdString(w.first), w.second});
+  for (const auto& w : session.link().writes)
+    writes.append(QJsonArray{QString::fromStdString(w.first), w.second});
   o["requests"] = requests;
   o["writes"] = writes;
   out << QJsonDocument(o).toJson(QJsonDocument::Compact).toStdString() << "\n";

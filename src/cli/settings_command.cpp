@@ -5,13 +5,13 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
-#include "session/command_line.h"
 #include "config/catalogue.h"
 #include "config/cpu_speed.h"
 #include "config/registry.h"
 #include "config/registry_errors.h"
 #include "config/registry_store.h"
 #include "core/latin1_text.h"
+#include "session/command_line.h"
 
 namespace zorvik {
 

@@ -8,10 +8,10 @@
 #include <numeric>
 
 #include "cli/decode_command.h"
-#include "session/command_line.h"
 #include "core/fault.h"
 #include "measure/main_meter.h"
 #include "measure/thd.h"
+#include "session/command_line.h"
 #include "signal/packet.h"
 #include "spectrum/spectrum_engine.h"
 
@@ -19,7 +19,8 @@ namespace zorvik {
 
 namespace {
 const char* const kUsage =
-    "usage: zorvik-cli spectrum FILE [--window 0..6] [--doubled] [--dc] [--sample-period S] [--volts-per-div V] "
+    "usage: zorvik-cli spectrum FILE [--window 0..6] [--doubled] [--dc] [--sample-period S] [--volts-per-div "
+    "V] "
     "[--zero V] [--lines K] [--refine] [--band MIN_KHZ:MAX_KHZ] [--sinxx] [--thd H] [--power]";
 }  // namespace
 
@@ -64,8 +65,13 @@ int runSpectrumCommand(const std::vector<std::string>& args, std::ostream& out, 
   std::string packet;
   const PacketInfo info = readPacketFile(file, packet);
 
-  SpectrumInput in{info.segment1, info.isHiRes, info.isPeak, info.oneCharSample, static_cast<float>(scale.samplePeriod),
-                   static_cast<float>(8 * scale.voltsPerDiv), static_cast<float>(scale.zero)};
+  SpectrumInput in{info.segment1,
+                   info.isHiRes,
+                   info.isPeak,
+                   info.oneCharSample,
+                   static_cast<float>(scale.samplePeriod),
+                   static_cast<float>(8 * scale.voltsPerDiv),
+                   static_cast<float>(scale.zero)};
   SpectrumEngine e;
   e.ComputeSpectrum(in, settings);
   const double binHz = e.SpecBins > 0 ? e.MaxFreq / e.SpecBins : 0;
@@ -87,7 +93,9 @@ int runSpectrumCommand(const std::vector<std::string>& args, std::ostream& out, 
   std::iota(order.begin(), order.end(), size_t{0});
   const size_t k = std::min(order.size(), static_cast<size_t>(lines));
   std::partial_sort(order.begin(), order.begin() + static_cast<std::ptrdiff_t>(k), order.end(),
-                    [&](size_t a, size_t b) { return e.SpecAmp[a] > e.SpecAmp[b] || (e.SpecAmp[a] == e.SpecAmp[b] && a < b); });
+                    [&](size_t a, size_t b) {
+                      return e.SpecAmp[a] > e.SpecAmp[b] || (e.SpecAmp[a] == e.SpecAmp[b] && a < b);
+                    });
   QJsonArray strongest;
   for (size_t i = 0; i < k; ++i)
     strongest.append(QJsonObject{{"bin", static_cast<qint64>(order[i])},

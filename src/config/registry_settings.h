@@ -13,8 +13,10 @@ class RegistrySettings : public SettingsStore {
  public:
   RegistrySettings(RegistryStore& store, std::string settingsName);
 
-  std::string GetSettingValue(const std::string& section, const std::string& name, const std::string& def) override;
-  void SaveSettingValue(const std::string& section, const std::string& name, const std::string& value) override;
+  std::string GetSettingValue(const std::string& section, const std::string& name,
+                              const std::string& def) override;
+  void SaveSettingValue(const std::string& section, const std::string& name,
+                        const std::string& value) override;
 
   RegistryStore& store() { return store_; }
   const std::string& settingsName() const { return settingsName_; }

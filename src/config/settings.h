@@ -46,7 +46,8 @@ class MemorySettings : public SettingsStore {
  public:
   std::string GetSettingValue(const std::string& section, const std::string& name,
                               const std::string& def) override;
-  void SaveSettingValue(const std::string& section, const std::string& name, const std::string& value) override;
+  void SaveSettingValue(const std::string& section, const std::string& name,
+                        const std::string& value) override;
   const std::map<std::pair<std::string, std::string>, std::string>& values() const { return values_; }
 
  private:

@@ -34,7 +34,9 @@ int storedMode(const std::string& text) {
 
 }  // namespace
 
-ChannelControl::ChannelControl(DeviceContext& main) : main_(main) { loadSettings(); }
+ChannelControl::ChannelControl(DeviceContext& main) : main_(main) {
+  loadSettings();
+}
 
 void ChannelControl::changed() {
   main_.changed();
@@ -54,7 +56,8 @@ void ChannelControl::loadSettings() {
   DeviceCache& c = main_.cache();
   c.O1 = o1Value();
   c.M1 = m1Value();
-  model_.scrollCH1 = std::clamp(s.getInt(kSection, "VoltPerDiv", kDefaultVoltDiv), kVoltDivFirst, kVoltDivLast);
+  model_.scrollCH1 =
+      std::clamp(s.getInt(kSection, "VoltPerDiv", kDefaultVoltDiv), kVoltDivFirst, kVoltDivLast);
   model_.FullScale = voltDivValue(model_.scrollCH1) * 8;
   c.V1 = v1Value();
   offlineSensitivity();
@@ -67,7 +70,9 @@ void ChannelControl::loadSettings() {
 
 // --- register values -------------------------------------------------------------------------------
 
-int32_t ChannelControl::v1Value() const { return roundToInt32OrFault(model_.FullScale * 1000.0 / 8, "V1"); }
+int32_t ChannelControl::v1Value() const {
+  return roundToInt32OrFault(model_.FullScale * 1000.0 / 8, "V1");
+}
 
 int16_t ChannelControl::p1Value() const {
   if (model_.FullScale == 0) throw Fault("Division by zero: the full scale is 0 V");
@@ -77,8 +82,8 @@ int16_t ChannelControl::p1Value() const {
 }
 
 uint8_t ChannelControl::o1Value() const {
-  return static_cast<uint8_t>((model_.Ground1 ? 1 : 0) | (model_.OpenClose1 ? 0 : 2) | (model_.FilterH1 ? 4 : 0) |
-                              (model_.FilterL1 ? 8 : 0));
+  return static_cast<uint8_t>((model_.Ground1 ? 1 : 0) | (model_.OpenClose1 ? 0 : 2) |
+                              (model_.FilterH1 ? 4 : 0) | (model_.FilterL1 ? 8 : 0));
 }
 
 uint8_t ChannelControl::m1Value() const {
@@ -230,7 +235,9 @@ void ChannelControl::stepVScroll(int step) {
   if (model_.HardwShift1) VScroll1_Change(model_.VScroll1 + step);
 }
 
-void ChannelControl::KeyNulOffset1_Click() { VScroll1_Change(0); }
+void ChannelControl::KeyNulOffset1_Click() {
+  VScroll1_Change(0);
+}
 
 void ChannelControl::HardwShift1_Click(bool on) {
   model_.HardwShift1 = on;
@@ -274,7 +281,8 @@ void ChannelControl::setVertZoom(double zoom, double position, double min, doubl
 void ChannelControl::zoomScale() {
   const float fs = model_.FullScale, z = static_cast<float>(zoom_);
   // An empty scroll range has one view position: the bottom.
-  const float share = zoomMax_ == zoomMin_ ? 0.0f : static_cast<float>((zoomPosition_ - zoomMin_) / (zoomMax_ - zoomMin_));
+  const float share =
+      zoomMax_ == zoomMin_ ? 0.0f : static_cast<float>((zoomPosition_ - zoomMin_) / (zoomMax_ - zoomMin_));
   model_.ZoomVoltPerDiv = fs / 8 / z;
   model_.ZoomCentre = model_.OffsetVolts - fs / 2 + fs * (z - 1) / z * share + fs / z / 2;
 }

@@ -11,8 +11,12 @@ namespace zorvik {
 
 namespace {
 constexpr char kSection[] = "MCUclock";
-const char* manualKey(ClockLimits::Limit l) { return l == ClockLimits::High ? "Manual max" : "Manual min"; }
-const char* valueKey(ClockLimits::Limit l) { return l == ClockLimits::High ? "Maximum" : "Minimum"; }
+const char* manualKey(ClockLimits::Limit l) {
+  return l == ClockLimits::High ? "Manual max" : "Manual min";
+}
+const char* valueKey(ClockLimits::Limit l) {
+  return l == ClockLimits::High ? "Maximum" : "Minimum";
+}
 }  // namespace
 
 long ClockLimits::limitClock(double mhz, const DeviceCache& cache) {

@@ -30,7 +30,9 @@ void DelayControl::store(int64_t micros) {
   trigger_.PutGetRegisterTD();
 }
 
-void DelayControl::step(int direction) { store(delayMicros() + (direction > 0 ? weight_ : -weight_)); }
+void DelayControl::step(int direction) {
+  store(delayMicros() + (direction > 0 ? weight_ : -weight_));
+}
 
 void DelayControl::KeyDelayOff_Click() {
   kept_ = delayMicros();
@@ -38,6 +40,8 @@ void DelayControl::KeyDelayOff_Click() {
   restoreEnabled_ = true;
 }
 
-void DelayControl::KeyDelayRestore_Click() { store(kept_); }
+void DelayControl::KeyDelayRestore_Click() {
+  store(kept_);
+}
 
 }  // namespace zorvik

@@ -9,7 +9,9 @@
 namespace zorvik::fine {
 
 namespace {
-bool blank(const std::string& text) { return text.find_first_not_of(" \t\r\n") == std::string::npos; }
+bool blank(const std::string& text) {
+  return text.find_first_not_of(" \t\r\n") == std::string::npos;
+}
 }  // namespace
 
 double timePerDiv(const std::string& typed, TimeUnit unit) {
@@ -36,6 +38,8 @@ void trimSampling(DeviceContext& main, const std::string& clocksPerSample, const
     link->PutRegister2("MC", whole(clockPs) / 10);
 }
 
-int triggerLevel(const std::string& typed) { return std::clamp(whole(typed), 0, 255); }
+int triggerLevel(const std::string& typed) {
+  return std::clamp(whole(typed), 0, 255);
+}
 
 }  // namespace zorvik::fine

@@ -15,8 +15,8 @@ class SilentObex : public ClassOBEX {
   bool online = true;
   bool serialActive = false;
   std::vector<std::pair<std::string, int32_t>> writes;  // in order
-  std::vector<std::string> requests;                     // GetProperty and GetRegister names
-  std::vector<std::string> commands;                     // SendCommand names
+  std::vector<std::string> requests;                    // GetProperty and GetRegister names
+  std::vector<std::string> commands;                    // SendCommand names
 
   void PrepareFirmwareLoad() override {}
   void OpenSession(bool& ok) override { ok = true; }

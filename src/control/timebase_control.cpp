@@ -16,7 +16,8 @@ namespace {
 constexpr const char* kSection = "Sampling";
 const char* const kRuleLimits[7] = {"MCl", "MCh", "TOv", "TOl", "TMl", "TMh", "TPl"};
 
-int32_t limitEntry(const std::array<std::array<int32_t, kLimitColumns>, kLimitRows>& table, int row, int column) {
+int32_t limitEntry(const std::array<std::array<int32_t, kLimitColumns>, kLimitRows>& table, int row,
+                   int column) {
   if (row < 0 || row >= kLimitRows || column < 0 || column >= kLimitColumns)
     throw Fault("Memory limit table: row " + std::to_string(row) + ", column " + std::to_string(column) +
                 " is out of range");
@@ -25,7 +26,9 @@ int32_t limitEntry(const std::array<std::array<int32_t, kLimitColumns>, kLimitRo
 
 }  // namespace
 
-TimebaseControl::TimebaseControl(DeviceContext& main) : main_(main) { loadSettings(); }
+TimebaseControl::TimebaseControl(DeviceContext& main) : main_(main) {
+  loadSettings();
+}
 
 void TimebaseControl::loadSettings() {
   SettingsStore& s = main_.settings();
@@ -375,8 +378,8 @@ void TimebaseControl::presampleLimitStep() {
     } else if (former < 1) {
       // The first limit since start: the stored share of presamples comes back.
       int perMille = main_.settings().getInt(kSection, "PreSamples");
-      target =
-          roundToInt32OrFault(std::clamp(perMille, 0, 1000) * static_cast<double>(c.TCh) / 1000, "presamples");
+      target = roundToInt32OrFault(std::clamp(perMille, 0, 1000) * static_cast<double>(c.TCh) / 1000,
+                                   "presamples");
     }
     target = std::clamp<int64_t>(target, 0, c.TCh);
     if (target != model_.HScrollCenterValue) HScrollCenter_Change(static_cast<int>(target));

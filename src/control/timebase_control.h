@@ -13,26 +13,26 @@ class DeviceContext;
 
 // What the horizontal controls show.
 struct TimebaseModel {
-  int ScrollTimeDiv = 15;        // position of the time/div scroll, 4..26
-  int TimeDiv = 15;              // the list entry whose time the rule is given
-  bool timeDivMarked = true;     // the entry's selection mark; cleared while the echo is awaited
+  int ScrollTimeDiv = 15;           // position of the time/div scroll, 4..26
+  int TimeDiv = 15;                 // the list entry whose time the rule is given
+  bool timeDivMarked = true;        // the entry's selection mark; cleared while the echo is awaited
   bool fastEntriesEnabled = false;  // positions 4 to 7, only with RIS
   bool EnableRIS = false;
   bool RealtmDraw = true;
   bool ParallPlotEn = true;
   bool MaximizeClock = false;
-  int SampleMemoDepth = 1;       // "Min.(fast)", "Norm", "High", "Max(slow)"
+  int SampleMemoDepth = 1;  // "Min.(fast)", "Norm", "High", "Max(slow)"
   bool KeepPropPresamp = true;
-  int horZoom = 1;               // the horizontal zoom the fast positions stand on without RIS (1: none)
+  int horZoom = 1;  // the horizontal zoom the fast positions stand on without RIS (1: none)
 
-  int HScrollCenterMax = 0;      // TCh
-  int HScrollCenterValue = 0;    // TC
+  int HScrollCenterMax = 0;    // TCh
+  int HScrollCenterValue = 0;  // TC
   bool HScrollCenterEnabled = false;
   std::string HScrollCenterToolTip;
 
   int ScreenSamples = 0;
   ClockWindow clock;
-  float CentreTime = 0;          // seconds from the trigger to the middle of the record
+  float CentreTime = 0;  // seconds from the trigger to the middle of the record
   float DelaySeconds = 0;
 };
 
@@ -80,8 +80,8 @@ class TimebaseControl {
   void PutGetRegisterTC();
 
   // Echoes and limit steps.
-  void samplingUpdate();   // MC
-  void timeBaseUpdate();   // TS
+  void samplingUpdate();  // MC
+  void timeBaseUpdate();  // TS
   void rsUpdate();
   void qsUpdate();
   void presampleUpdate();  // TC

@@ -20,8 +20,12 @@ constexpr double kTwoTo24 = 16777216.0;
 constexpr double kTsHigh = 2147483647.0;  // the slow branch's high limit
 constexpr int kMinQsMax = 250;            // stands in while the memory table is still empty
 
-bool bit(int32_t mask, int n) { return n >= 0 && n < 32 && ((static_cast<uint32_t>(mask) >> n) & 1u) != 0; }
-int32_t fastTs(int n) { return n == 0 ? 128 : n * 256; }
+bool bit(int32_t mask, int n) {
+  return n >= 0 && n < 32 && ((static_cast<uint32_t>(mask) >> n) & 1u) != 0;
+}
+int32_t fastTs(int n) {
+  return n == 0 ? 128 : n * 256;
+}
 
 struct Round {
   const TimebaseRuleInput& in;
@@ -134,12 +138,14 @@ ClockWindow clockWindow(const TimebaseLimits& limits, const ClockSettings& setti
   auto manual = [&](int mhz) { return std::max(std::min(1e-6 / mhz, longest), shortest); };
   ClockWindow w;
   w.PeriodSlow = settings.manualMin == 0 || settings.minimum == 0 ? longest : manual(settings.minimum);
-  w.PeriodFast = settings.manualMax == 0 || settings.maximum == 0 ? limits.MCd / 1e11 : manual(settings.maximum);
+  w.PeriodFast =
+      settings.manualMax == 0 || settings.maximum == 0 ? limits.MCd / 1e11 : manual(settings.maximum);
   return w;
 }
 
 TimebaseRuleResult selectTimebase(const TimebaseRuleInput& in) {
-  if (in.MemoDepth < 0 || in.MemoDepth > 3) throw Fault("Memory depth " + std::to_string(in.MemoDepth) + " is not 0 to 3");
+  if (in.MemoDepth < 0 || in.MemoDepth > 3)
+    throw Fault("Memory depth " + std::to_string(in.MemoDepth) + " is not 0 to 3");
   const double T = in.timePerDiv;
   const double pf = in.clock.PeriodFast, ps = in.clock.PeriodSlow;
   const TimebaseLimits& L = in.limits;

@@ -31,7 +31,7 @@ struct TimebaseRuleInput {
   ClockWindow clock;
   bool EnableRIS = false;
   bool MaximizeClock = false;
-  int MemoDepth = 1;          // 0..3
+  int MemoDepth = 1;  // 0..3
   int AcqWidthPixels = 320;
   // The memory limit table's entry for a sampling period about to be set (0: not known yet).
   std::function<int32_t(int32_t ts)> qsTableEntry = [](int32_t) { return 0; };

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
-#include "link/device_context.h"
 #include "core/eng_text.h"
+#include "link/device_context.h"
 
 namespace zorvik {
 
@@ -19,7 +19,9 @@ int64_t microsFromCounts(int64_t counts, int32_t mc) {
   return static_cast<int64_t>(std::trunc(static_cast<double>(counts) * mc / kCountsPerMicrosecondTimesMC));
 }
 
-TriggerControl::TriggerControl(DeviceContext& main) : main_(main) { loadSettings(); }
+TriggerControl::TriggerControl(DeviceContext& main) : main_(main) {
+  loadSettings();
+}
 
 void TriggerControl::loadSettings() {
   SettingsStore& s = main_.settings();
@@ -34,7 +36,8 @@ void TriggerControl::loadSettings() {
   model_.AutoTrig1 = s.getBool("Ch1", "AutoTrigLevel");
   model_.delayMicros = static_cast<int32_t>(s.getDouble("Mode", "TrigDelay"));
   DeviceCache& c = main_.cache();
-  c.T1 = static_cast<uint8_t>(polarityBits() + model_.hysteresisF + model_.hysteresisR * 4 + model_.speed * 64);
+  c.T1 =
+      static_cast<uint8_t>(polarityBits() + model_.hysteresisF + model_.hysteresisR * 4 + model_.speed * 64);
   c.S1 = static_cast<uint8_t>(model_.level);
   SetupTriggerCompensation();
 }
@@ -115,7 +118,8 @@ void TriggerControl::SetupTriggerCompensation() {
 
 void TriggerControl::stepCompensation(double ns) {
   model_.compensationNs += ns;
-  main_.settings().SaveSettingValue("Ch1", compensationKey(), std::to_string(static_cast<long long>(model_.compensationNs)));
+  main_.settings().SaveSettingValue("Ch1", compensationKey(),
+                                    std::to_string(static_cast<long long>(model_.compensationNs)));
   SetupTriggerCompensation();
 }
 
@@ -168,8 +172,12 @@ void TriggerControl::PutGetRegisterTD() {
   writeTime("TD", "TrigDelay", main_.cache().TD);
   if (!main_.Online()) tdEcho();
 }
-void TriggerControl::PutGetRegisterTA() { writeTime("TA", "TimeoutAuto", main_.cache().TA); }
-void TriggerControl::PutGetRegisterTW() { writeTime("TW", "TimeoutWait", main_.cache().TW); }
+void TriggerControl::PutGetRegisterTA() {
+  writeTime("TA", "TimeoutAuto", main_.cache().TA);
+}
+void TriggerControl::PutGetRegisterTW() {
+  writeTime("TW", "TimeoutWait", main_.cache().TW);
+}
 
 void TriggerControl::tdEcho() {
   const DeviceCache& c = main_.cache();

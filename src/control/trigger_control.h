@@ -17,15 +17,15 @@ int32_t countsFromMicros(double micros, int32_t mc, int32_t mcd);
 int64_t microsFromCounts(int64_t counts, int32_t mc);
 
 struct TriggerModel {
-  std::string TrigInd1 = "/";    // polarity caption: "/", "\\", "X" or a blank
-  std::string TrigPolar1 = "/";  // the same, "No" for none
-  int level = 127;               // ScrollTrigCH1, 0..255
+  std::string TrigInd1 = "/";                       // polarity caption: "/", "\\", "X" or a blank
+  std::string TrigPolar1 = "/";                     // the same, "No" for none
+  int level = 127;                                  // ScrollTrigCH1, 0..255
   int hysteresisF = 0, hysteresisR = 0, speed = 0;  // list indexes 0..3
   bool AutoTrig1 = true;
-  double compensationNs = 0;      // TriggerCompensation1
-  double TrigCompensation = 0;    // seconds
+  double compensationNs = 0;    // TriggerCompensation1
+  double TrigCompensation = 0;  // seconds
   double DelaySeconds = 0;
-  bool delayOn = false;           // KeyDelay marked, HScrollCenter disabled
+  bool delayOn = false;  // KeyDelay marked, HScrollCenter disabled
   std::string keyDelayToolTip = "Delay is OFF. Pre & post sampling are possible";
   int32_t delayMicros = 0, timeoutAutoMicros = 0, timeoutWaitMicros = 0;
 };

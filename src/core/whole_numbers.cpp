@@ -21,9 +21,13 @@ int32_t fit32(double whole, const char* what) {
 }
 }  // namespace
 
-int32_t roundToInt32OrFault(double value, const char* what) { return fit32(std::nearbyint(value), what); }
+int32_t roundToInt32OrFault(double value, const char* what) {
+  return fit32(std::nearbyint(value), what);
+}
 
-int32_t truncToInt32OrFault(double value, const char* what) { return fit32(std::trunc(value), what); }
+int32_t truncToInt32OrFault(double value, const char* what) {
+  return fit32(std::trunc(value), what);
+}
 
 int64_t truncToInt64OrFault(double value, const char* what) {
   double whole = std::trunc(value);

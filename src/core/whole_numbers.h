@@ -16,7 +16,9 @@ int32_t truncToInt32OrFault(double value, const char* what);
 // Into 64 bits, for intermediate results that may pass 32 bits.
 int64_t truncToInt64OrFault(double value, const char* what);
 
-inline double roundHalfEven(double v) { return std::nearbyint(v); }
+inline double roundHalfEven(double v) {
+  return std::nearbyint(v);
+}
 
 // From +-9.2e18 on the result is the int64 limit: a round bound below 2^63, from where the conversion
 // itself would be undefined.

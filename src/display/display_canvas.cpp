@@ -5,7 +5,9 @@
 
 namespace zorvik {
 
-DisplayCanvas::DisplayCanvas() { setup(DisplayGeometry{}, 0xFF000000, true); }
+DisplayCanvas::DisplayCanvas() {
+  setup(DisplayGeometry{}, 0xFF000000, true);
+}
 
 void DisplayCanvas::setup(const DisplayGeometry& geometry, QRgb background, bool gridVisible) {
   geometry_ = geometry;
@@ -23,7 +25,8 @@ void DisplayCanvas::clear() {
   if (dirtyBottom_ >= dirtyTop_) {
     const size_t rowBytes = static_cast<size_t>(w_) * 4;
     for (int y = dirtyTop_; y <= dirtyBottom_; ++y)
-      std::memcpy(pixels_.data() + static_cast<size_t>(y) * static_cast<size_t>(w_), picture_.constScanLine(y), rowBytes);
+      std::memcpy(pixels_.data() + static_cast<size_t>(y) * static_cast<size_t>(w_),
+                  picture_.constScanLine(y), rowBytes);
   }
   dirtyTop_ = h_;
   dirtyBottom_ = -1;

@@ -2,17 +2,21 @@
 
 namespace zorvik {
 
-constexpr int kTraceRows = 256;        // rows 0 (bottom) to 255 (top); 0 and 255 mean clipped
-constexpr int kDivisionUnits = 32;     // logical units in a division
-constexpr int kPictureMargin = 10;     // blank pixels around the grid at every zoom
+constexpr int kTraceRows = 256;     // rows 0 (bottom) to 255 (top); 0 and 255 mean clipped
+constexpr int kDivisionUnits = 32;  // logical units in a division
+constexpr int kPictureMargin = 10;  // blank pixels around the grid at every zoom
 constexpr int kNormalWidth = 320;
 constexpr int kWideWidth = 480;
 constexpr int kZoomCount = 4;
 
 // ZoomIndex as stored: 0 to 3; anything else is the normal size 1.
-constexpr int normalizeZoomIndex(int zoom) { return zoom < 0 || zoom >= kZoomCount ? 1 : zoom; }
+constexpr int normalizeZoomIndex(int zoom) {
+  return zoom < 0 || zoom >= kZoomCount ? 1 : zoom;
+}
 
-constexpr int floorDiv2(int a) { return a >= 0 ? a / 2 : -((1 - a) / 2); }
+constexpr int floorDiv2(int a) {
+  return a >= 0 ? a / 2 : -((1 - a) / 2);
+}
 
 // Where the display's logical units land on its picture. Logical x runs from 0 to PlotWidth, y from 0
 // (bottom) to 256 (top); the picture keeps the same 10-pixel margin at every zoom, so trace and grid meet

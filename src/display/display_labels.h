@@ -15,8 +15,8 @@ struct DisplayLabels {
   std::string TimeDivTransparant;
   std::string RISmodeTransparant;  // "RIS" or "PsRIS" when shown, else empty
   std::string ModeTransparant;
-  uint32_t modeColor = 0xFFFFFF;   // 0xBBGGRR of ModeTransparant
-  bool noTrigger = false;          // NoTriggerTransparant, "NO TRIGGER!"
+  uint32_t modeColor = 0xFFFFFF;  // 0xBBGGRR of ModeTransparant
+  bool noTrigger = false;         // NoTriggerTransparant, "NO TRIGGER!"
   std::string Ch1Transparant;
   std::string Ch1InterpTransparant;
   std::string Ch1VdivTransparant;

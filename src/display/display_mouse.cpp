@@ -56,8 +56,7 @@ std::string DisplayMouse::cursorText(int x, int y, const MouseScale& scale) {
   double t = scale.timeAtLeft + x * scale.secondsPerUnit;
   // The trigger's own column reads 0, not the rounding left over from the sum.
   if (std::abs(t) < std::abs(scale.secondsPerUnit) / 1000) t = 0;
-  return engineeringText(t, "S") + "  " +
-         engineeringText((y - 128) * scale.voltsPerRow, "V");
+  return engineeringText(t, "S") + "  " + engineeringText((y - 128) * scale.voltsPerRow, "V");
 }
 
 }  // namespace zorvik

@@ -19,9 +19,9 @@ class DisplayMouse {
 
   struct Marker {
     bool visible = false;
-    int at = 0;            // x of the vertical marker, y of the horizontal one
-    std::string text;      // the distance
-    int textAlong = 0;     // the text's middle along the marker: the middle of the movement
+    int at = 0;              // x of the vertical marker, y of the horizontal one
+    std::string text;        // the distance
+    int textAlong = 0;       // the text's middle along the marker: the middle of the movement
     bool textAfter = false;  // right of (above) the marker: the side away from the start
   };
   struct Selection {

@@ -5,12 +5,18 @@
 namespace zorvik {
 
 namespace {
-uint32_t itemRgb(int item) { return itemColor(item, 255) & 0xFFFFFF; }
+uint32_t itemRgb(int item) {
+  return itemColor(item, 255) & 0xFFFFFF;
+}
 }  // namespace
 
-void DisplayRollCanvas::clear() { display_.clearDisplay(); }
+void DisplayRollCanvas::clear() {
+  display_.clearDisplay();
+}
 
-void DisplayRollCanvas::moveTo(int x, int y) { display_.canvas().moveTo(x, y); }
+void DisplayRollCanvas::moveTo(int x, int y) {
+  display_.canvas().moveTo(x, y);
+}
 
 void DisplayRollCanvas::lineTo(int x, int y, uint32_t rgb) {
   display_.canvas().lineTo(x, y, 0xFF000000 | rgb);

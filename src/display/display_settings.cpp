@@ -80,9 +80,11 @@ int clampTo(double v, int lo, int hi) {
 
 int readInt(SettingsStore& store, const char* section, const std::string& name, int cpuMHz, int lo, int hi) {
   double def = textToNumber(catalogueDefault(section, name, cpuMHz), 0);
-  double v = textToNumber(store.GetSettingValue(section, name, std::to_string(static_cast<long long>(def))), def);
+  double v =
+      textToNumber(store.GetSettingValue(section, name, std::to_string(static_cast<long long>(def))), def);
   // Zoom alone has a rule for the values past its range: they mean the normal size.
-  if (std::string_view(name) == "Zoom") return normalizeZoomIndex(v >= -1e9 && v <= 1e9 ? static_cast<int>(v) : 1);
+  if (std::string_view(name) == "Zoom")
+    return normalizeZoomIndex(v >= -1e9 && v <= 1e9 ? static_cast<int>(v) : 1);
   return clampTo(v, lo, hi);
 }
 
@@ -150,12 +152,20 @@ int DisplaySettings::xStep() const {
   return item == 1 ? 4 : item == 2 ? 2 : 1;
 }
 
-int DisplaySettings::drawLineWidth() const { return std::max(1, lineWidth[normalizeZoomIndex(zoom)]); }
+int DisplaySettings::drawLineWidth() const {
+  return std::max(1, lineWidth[normalizeZoomIndex(zoom)]);
+}
 
-int DisplaySettings::drawPeakWidth() const { return std::max(1, peakWidth[normalizeZoomIndex(zoom)]); }
+int DisplaySettings::drawPeakWidth() const {
+  return std::max(1, peakWidth[normalizeZoomIndex(zoom)]);
+}
 
-int DisplaySettings::persistDepth() const { return kPersistDepths[std::clamp(memoryDepth, 0, 3)]; }
+int DisplaySettings::persistDepth() const {
+  return kPersistDepths[std::clamp(memoryDepth, 0, 3)];
+}
 
-int DisplaySettings::acqPerPlotCount() const { return kAcqPerPlot[std::clamp(acqPerPlot, 0, 3)]; }
+int DisplaySettings::acqPerPlotCount() const {
+  return kAcqPerPlot[std::clamp(acqPerPlot, 0, 3)];
+}
 
 }  // namespace zorvik

@@ -36,17 +36,17 @@ struct DisplaySettings {
   bool linePlot = true;  // linePlot1
   int lineColor = 2;     // ColorLine1 item: bit 0 red, bit 1 green, bit 2 blue
   bool varBright = true;
-  bool psetPlot = false;  // PsetPlot1
-  int pixelColor = 6;     // ColorPset1
-  int peakColor = 4;      // ColorPeak1
-  int interpolation = 3;  // Interpol1
+  bool psetPlot = false;        // PsetPlot1
+  int pixelColor = 6;           // ColorPset1
+  int peakColor = 4;            // ColorPeak1
+  int interpolation = 3;        // Interpol1
   int interpolationPoints = 5;  // InterPoint1: taps = 2 ^ this
   bool peakDecimation = true;
-  int peakInterpolation = 0;  // Pinterpol1: 0 CopyMin, 1 LineMax
-  int memory = 0;             // MemoKey1
-  int memoMode = 2;           // 0 no grading, 1 Brightness1, 2 Rainbow1
-  int memoryDepth = 2;        // MemoDepth1 item
-  int acqPerPlot = 0;         // AcqPerPlot1 item
+  int peakInterpolation = 0;     // Pinterpol1: 0 CopyMin, 1 LineMax
+  int memory = 0;                // MemoKey1
+  int memoMode = 2;              // 0 no grading, 1 Brightness1, 2 Rainbow1
+  int memoryDepth = 2;           // MemoDepth1 item
+  int acqPerPlot = 0;            // AcqPerPlot1 item
   bool emphasizeInvert = false;  // InvertColorIntenc1
   bool leaveSingle = true;
   bool byBitmap = false;  // BitmapPlot1

@@ -22,7 +22,8 @@ QImage makeGridPicture(const DisplayGeometry& g, QRgb background, bool gridVisib
   const int w = g.plotWidth();
   const int top = g.pixelY(kTraceRows), bottom = g.pixelY(0), left = g.pixelX(0), right = g.pixelX(w);
   for (int x = 0; x <= w; x += kDivisionUnits) fill(img, g.pixelX(x), top, g.pixelX(x), bottom, kGridOlive);
-  for (int y = 0; y <= kTraceRows; y += kDivisionUnits) fill(img, left, g.pixelY(y), right, g.pixelY(y), kGridOlive);
+  for (int y = 0; y <= kTraceRows; y += kDivisionUnits)
+    fill(img, left, g.pixelY(y), right, g.pixelY(y), kGridOlive);
 
   // Ticks every half division: across the vertical centre line (the thirds in wide) and across the
   // horizontal one; a little longer from zoom 2 on.
@@ -32,7 +33,8 @@ QImage makeGridPicture(const DisplayGeometry& g, QRgb background, bool gridVisib
   for (int c : columns) {
     if (c < 0) continue;
     const int px = g.pixelX(c);
-    for (int y = 0; y <= kTraceRows; y += half) fill(img, px - t, g.pixelY(y), px + t, g.pixelY(y), kGridOlive);
+    for (int y = 0; y <= kTraceRows; y += half)
+      fill(img, px - t, g.pixelY(y), px + t, g.pixelY(y), kGridOlive);
   }
   const int py = g.pixelY(kTraceRows / 2);
   for (int x = 0; x <= w; x += half) fill(img, g.pixelX(x), py - t, g.pixelX(x), py + t, kGridOlive);

@@ -103,7 +103,8 @@ int32_t Interpolator::at(Interpolation kind, const SampleBuf& s, float p, int ta
     const double *SL = sinLz_.data() + base, *CL = cosLz_.data() + base;
     for (int m = 0; m < n; ++m) {
       const double t = (q - m) * kPiStep;
-      terms[m] = (S[m] * ca + C[m] * sa) / t * (d[m] - 0x8000) * kLanczosWindow * (SL[m] * cb + CL[m] * sb) / t;
+      terms[m] =
+          (S[m] * ca + C[m] * sa) / t * (d[m] - 0x8000) * kLanczosWindow * (SL[m] * cb + CL[m] * sb) / t;
     }
   } else {
     for (int m = 0; m < n; ++m) {

@@ -16,8 +16,12 @@ const QColor kLabelColour(200, 200, 200);
 const QColor kRisColour(255, 255, 0);
 const QColor kNoTriggerColour(255, 0, 0);
 
-QColor fromBgr(uint32_t bgr) { return QColor(bgr & 0xFF, (bgr >> 8) & 0xFF, (bgr >> 16) & 0xFF); }
-QColor fromItem(int item, int level) { return QColor::fromRgb(itemColor(item, level)); }
+QColor fromBgr(uint32_t bgr) {
+  return QColor(bgr & 0xFF, (bgr >> 8) & 0xFF, (bgr >> 16) & 0xFF);
+}
+QColor fromItem(int item, int level) {
+  return QColor::fromRgb(itemColor(item, level));
+}
 
 // Text with its anchor: 0 left, 1 centre, 2 right of x; the baseline below `top`.
 void text(QPainter& p, const std::string& s, int x, int top, int align, const QColor& colour) {
@@ -32,7 +36,9 @@ void text(QPainter& p, const std::string& s, int x, int top, int align, const QC
 
 }  // namespace
 
-int labelPixelSize(int storedSize, int zoomIndex) { return std::max(6, storedSize + 4 + 2 * zoomIndex); }
+int labelPixelSize(int storedSize, int zoomIndex) {
+  return std::max(6, storedSize + 4 + 2 * zoomIndex);
+}
 
 void paintLabels(QPainter& p, const DisplayLabels& l, const DisplaySettings& s, const DisplayGeometry& g) {
   const int w = g.plotWidth();

@@ -45,8 +45,10 @@ void memowin::contextMenuEvent(QContextMenuEvent* event) {
   menu.addAction("save to JPG file", this, [this] { SaveToBMPGIFJPG_Click(2); });
   menu.addAction("copy to clipboard", this, [this] { SaveToBMPGIFJPG_Click(3); });
   menu.addSeparator();
-  menu.addAction(!commentUsed_ ? "Add comment" : commentShown() ? "Hide comment" : "Show comment", this,
-                 [this] { AddComment_Click(); });
+  menu.addAction(!commentUsed_    ? "Add comment"
+                 : commentShown() ? "Hide comment"
+                                  : "Show comment",
+                 this, [this] { AddComment_Click(); });
   menu.exec(event->globalPos());
 }
 
@@ -73,8 +75,9 @@ QImage memowin::pictureToSave() const {
 void memowin::SaveToBMPGIFJPG_Click(int index) {
   try {
     DisplayPictures pictures(main_, dialogs_);
-    pictures.savePicture(static_cast<PictureTarget>(index), pictureToSave(),
-                         [](const QImage& image) { QGuiApplication::clipboard()->setImage(image); }, kMemoPictureTexts);
+    pictures.savePicture(
+        static_cast<PictureTarget>(index), pictureToSave(),
+        [](const QImage& image) { QGuiApplication::clipboard()->setImage(image); }, kMemoPictureTexts);
   } catch (const std::exception& e) {
     onFault(e.what());
   }

@@ -3,9 +3,10 @@
 namespace zorvik {
 
 namespace {
-constexpr const char* kLong[11] = {"",          "S.Average", "M.Average", "S.HiRes",  "M.HiRes", "iPeakDet",
-                                   "iEnvelop",  "nPeakDet",  "nEnvelop",  "Sample",   "Average"};
-constexpr const char* kShort[11] = {"", "sAvg", "mAvg", "sHiRe", "mHiRe", "iPkDt", "iEnvl", "nPkDt", "nEnvl", "Smpl", "Avg"};
+constexpr const char* kLong[11] = {"",         "S.Average", "M.Average", "S.HiRes", "M.HiRes", "iPeakDet",
+                                   "iEnvelop", "nPeakDet",  "nEnvelop",  "Sample",  "Average"};
+constexpr const char* kShort[11] = {"",      "sAvg",  "mAvg",  "sHiRe", "mHiRe", "iPkDt",
+                                    "iEnvl", "nPkDt", "nEnvl", "Smpl",  "Avg"};
 }  // namespace
 
 int modeCode(uint32_t mode, bool multi) {
@@ -13,9 +14,13 @@ int modeCode(uint32_t mode, bool multi) {
   return static_cast<int>(mode >> 8) * 2 + (multi ? 2 : 1);
 }
 
-const char* modeLongText(int code) { return code >= 0 && code <= 10 ? kLong[code] : ""; }
+const char* modeLongText(int code) {
+  return code >= 0 && code <= 10 ? kLong[code] : "";
+}
 
-const char* modeShortText(int code) { return code >= 0 && code <= 10 ? kShort[code] : ""; }
+const char* modeShortText(int code) {
+  return code >= 0 && code <= 10 ? kShort[code] : "";
+}
 
 bool ModeLabel::SetModeLabel(uint32_t mode, bool multi, int n, bool longTexts) {
   if (n < 1 || n > 4) return false;

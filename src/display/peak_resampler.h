@@ -15,7 +15,7 @@ struct PeakRequest {
   bool halfRatePairs = false;  // each pair fills two sample positions
   double hViewFrac = 0;
   int xStep = 1;
-  bool lineMax = false;        // Pinterpol1 "LineMax", else "CopyMin"
+  bool lineMax = false;  // Pinterpol1 "LineMax", else "CopyMin"
   float vZoom = 1;
   double vViewFrac = 0;
 };
@@ -39,7 +39,9 @@ class PeakResampler {
   bool run(std::string_view segment, const PeakRequest& request, PeakColumns& out);
 
  private:
-  uint8_t at(int64_t i) const { return i >= 0 && i < static_cast<int64_t>(buf_.size()) ? buf_[static_cast<size_t>(i)] : 0; }
+  uint8_t at(int64_t i) const {
+    return i >= 0 && i < static_cast<int64_t>(buf_.size()) ? buf_[static_cast<size_t>(i)] : 0;
+  }
   std::vector<uint8_t> buf_;
   int64_t dirty_ = 0;
 };

@@ -126,7 +126,8 @@ Persistence::Persistence() : buf_(static_cast<size_t>(kColumns) * kRows, 0) {}
 
 void Persistence::clear() {
   if (rowHigh_ >= rowLow_)
-    std::fill(buf_.begin() + static_cast<ptrdiff_t>(kStride) * rowLow_, buf_.begin() + static_cast<ptrdiff_t>(kStride) * (rowHigh_ + 1), 0);
+    std::fill(buf_.begin() + static_cast<ptrdiff_t>(kStride) * rowLow_,
+              buf_.begin() + static_cast<ptrdiff_t>(kStride) * (rowHigh_ + 1), 0);
   max_.fill(0);
   rowLow_ = kRows;
   rowHigh_ = -1;
@@ -151,7 +152,9 @@ int32_t Persistence::count(int x, int y) const {
   return buf_[static_cast<size_t>(x + kStride * y)];
 }
 
-uint32_t Persistence::colourOf(int32_t count, int32_t max, const GradeStyle& s) { return Grader(s).colour(count, max); }
+uint32_t Persistence::colourOf(int32_t count, int32_t max, const GradeStyle& s) {
+  return Grader(s).colour(count, max);
+}
 
 void Persistence::render(DisplayCanvas& canvas, int first, int last, int step, const GradeStyle& s) {
   first = std::max(first, 0);
@@ -174,8 +177,8 @@ void Persistence::render(DisplayCanvas& canvas, int first, int last, int step, c
       for (int i = 0; i < 9; ++i) breaks_[static_cast<size_t>(i * kColumns + x)] = b[i];
     }
   }
-  const Int4 opaque = {static_cast<int32_t>(0xFF000000), static_cast<int32_t>(0xFF000000), static_cast<int32_t>(0xFF000000),
-                       static_cast<int32_t>(0xFF000000)};
+  const Int4 opaque = {static_cast<int32_t>(0xFF000000), static_cast<int32_t>(0xFF000000),
+                       static_cast<int32_t>(0xFF000000), static_cast<int32_t>(0xFF000000)};
   const Int4 grey = opaque | static_cast<int32_t>(kSingleHitColor);
   for (int y = std::max(rowLow_, 1); y <= std::min(rowHigh_, kRows - 2); ++y) {
     const int32_t* line = buf_.data() + static_cast<ptrdiff_t>(kStride) * y;
@@ -204,8 +207,10 @@ void Persistence::render(DisplayCanvas& canvas, int first, int last, int step, c
           below -= c < b;
         }
         const Int4 single = c < 2;
-        const Int4 table = {static_cast<int32_t>(grader.colourOfBelow(2, below[0])), static_cast<int32_t>(grader.colourOfBelow(2, below[1])),
-                            static_cast<int32_t>(grader.colourOfBelow(2, below[2])), static_cast<int32_t>(grader.colourOfBelow(2, below[3]))};
+        const Int4 table = {static_cast<int32_t>(grader.colourOfBelow(2, below[0])),
+                            static_cast<int32_t>(grader.colourOfBelow(2, below[1])),
+                            static_cast<int32_t>(grader.colourOfBelow(2, below[2])),
+                            static_cast<int32_t>(grader.colourOfBelow(2, below[3]))};
         const Int4 colour = (table & ~single) | (grey & single) | opaque;
         Int4 old;
         std::memcpy(&old, pixels + x + kPictureMargin, sizeof old);
@@ -246,7 +251,8 @@ void Persistence::decay(int first, int last, int step, int depth, bool leaveSing
       for (int x = first; x <= last; x += step)
         if (line[x] > 0) line[x] = decayed(line[x], depth, leaveSingle);
   }
-  for (int x = first; x <= last; x += step) max_[static_cast<size_t>(x)] = decayed(max_[static_cast<size_t>(x)], depth, true);
+  for (int x = first; x <= last; x += step)
+    max_[static_cast<size_t>(x)] = decayed(max_[static_cast<size_t>(x)], depth, true);
   // Rows that emptied at the ends of the range drop out of it (rows 0 and 255 keep their counts).
   auto empty = [&](int y) {
     const int32_t* line = buf_.data() + static_cast<ptrdiff_t>(kStride) * y;

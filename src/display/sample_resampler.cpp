@@ -11,11 +11,16 @@ namespace {
 
 const char* labelOf(Interpolation kind) {
   switch (kind) {
-    case Interpolation::None: return "None";
-    case Interpolation::Line: return "Line";
-    case Interpolation::SinX: return "SinX/X";
-    case Interpolation::Lanczos: return "Lancz";
-    case Interpolation::Lagrange: return "Lagrn";
+    case Interpolation::None:
+      return "None";
+    case Interpolation::Line:
+      return "Line";
+    case Interpolation::SinX:
+      return "SinX/X";
+    case Interpolation::Lanczos:
+      return "Lancz";
+    case Interpolation::Lagrange:
+      return "Lagrn";
   }
   return "";
 }
@@ -76,7 +81,8 @@ void SampleResampler::run(SampleBuf& s, const ResampleRequest& r, TraceColumns& 
   mapRows(s, r, out);
 }
 
-void SampleResampler::oversample(const SampleBuf& s, const ResampleRequest& r, bool narrower, TraceColumns& out) {
+void SampleResampler::oversample(const SampleBuf& s, const ResampleRequest& r, bool narrower,
+                                 TraceColumns& out) {
   const double perColumn = 1.0 / r.ratio;
   const int64_t m = std::max<int64_t>(1, roundToInt64Saturating(perColumn));
   // A column of a whole number of samples is their sum times Ratio; otherwise (zoom 5 on a long record)

@@ -10,12 +10,12 @@ namespace zorvik {
 
 struct ResampleRequest {
   int plotWidth = kNormalWidth;
-  float ratio = 2;         // pixels per sample: 32 / SamplesPerDiv x HZoom
-  double hViewFrac = 0;    // HScrollView Value / Max
+  float ratio = 2;       // pixels per sample: 32 / SamplesPerDiv x HZoom
+  double hViewFrac = 0;  // HScrollView Value / Max
   Interpolation interp = Interpolation::SinX;
   int taps = 32;
   int xStep = 1;
-  bool keepFan = false;    // PeakDecimation1 checked and the mode gives no decimation of its own
+  bool keepFan = false;  // PeakDecimation1 checked and the mode gives no decimation of its own
   float vZoom = 1;
   double vViewFrac = 0;
 };

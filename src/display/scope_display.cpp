@@ -10,13 +10,17 @@ namespace {
 // The settings keep colours as 0xBBGGRR.
 QRgb fromBgr(int bgr) {
   const uint32_t v = static_cast<uint32_t>(bgr);
-  return qRgb(static_cast<int>(v & 0xFF), static_cast<int>((v >> 8) & 0xFF), static_cast<int>((v >> 16) & 0xFF));
+  return qRgb(static_cast<int>(v & 0xFF), static_cast<int>((v >> 8) & 0xFF),
+              static_cast<int>((v >> 16) & 0xFF));
 }
 constexpr QRgb kRisLineColour = 0xFF800000;  // colour 4 of the basic palette
 }  // namespace
 
 ScopeDisplay::ScopeDisplay(DisplayHost& host, SettingsStore& store, int cpuMHz)
-    : host_(host), store_(store), columns_(std::make_unique<TraceColumns>()), peaks_(std::make_unique<PeakColumns>()) {
+    : host_(host),
+      store_(store),
+      columns_(std::make_unique<TraceColumns>()),
+      peaks_(std::make_unique<PeakColumns>()) {
   settings_.load(store, cpuMHz);
   SetupDisplay();
 }
@@ -145,7 +149,8 @@ void ScopeDisplay::PlotSamples(std::string_view segment, int n, bool allowDecima
   canvas_.setDrawWidth(s.drawLineWidth());
   if (s.linePlot && s.memory == 0) painter.vectorPass(c);
   if (s.psetPlot || s.memory == 1) {
-    if ((s.pixelColor == s.lineColor && s.linePlot) || s.risRainbow) canvas_.setDrawWidth(canvas_.drawWidth() + 1);
+    if ((s.pixelColor == s.lineColor && s.linePlot) || s.risRainbow)
+      canvas_.setDrawWidth(canvas_.drawWidth() + 1);
     if (!grading)
       painter.pointPass(c);
     else if (doPlot)

@@ -14,9 +14,9 @@
 #include "display/plot_inputs.h"
 #include "display/sample_buffer.h"
 #include "display/sample_resampler.h"
-#include "signal/stage_chain.h"
 #include "display/time_view.h"
 #include "display/trace_columns.h"
+#include "signal/stage_chain.h"
 
 namespace zorvik {
 

@@ -1,17 +1,17 @@
 #include "display/scope_display_window.h"
 
 #include <QGuiApplication>
-#include <algorithm>
 #include <QHelpEvent>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QScreen>
 #include <QToolTip>
+#include <algorithm>
 
+#include "core/messages.h"
 #include "display/label_painter.h"
 #include "display/screen_check.h"
 #include "link/main_state.h"
-#include "core/messages.h"
 
 namespace zorvik {
 
@@ -38,7 +38,9 @@ void ScopeDisplayWindow::geometryChanged() {
   update();
 }
 
-QSize ScopeDisplayWindow::sizeHint() const { return {display_.canvas().width(), display_.canvas().height()}; }
+QSize ScopeDisplayWindow::sizeHint() const {
+  return {display_.canvas().width(), display_.canvas().height()};
+}
 
 void ScopeDisplayWindow::showState(const MainState& state) {
   DisplayLabels& l = display_.labels();
@@ -97,7 +99,8 @@ void ScopeDisplayWindow::mouseMoveEvent(QMouseEvent* event) {
     mouse_.rightMove(at.x(), at.y());
     update();
   } else if (QToolTip::isVisible()) {
-    QToolTip::showText(event->globalPosition().toPoint(), QString::fromStdString(DisplayMouse::cursorText(at.x(), at.y(), mouseScale())), this);
+    QToolTip::showText(event->globalPosition().toPoint(),
+                       QString::fromStdString(DisplayMouse::cursorText(at.x(), at.y(), mouseScale())), this);
   }
 }
 
@@ -114,7 +117,8 @@ bool ScopeDisplayWindow::event(QEvent* event) {
   if (event->type() == QEvent::ToolTip) {
     auto* help = static_cast<QHelpEvent*>(event);
     const QPoint at = logicalAt(help->pos());
-    QToolTip::showText(help->globalPos(), QString::fromStdString(DisplayMouse::cursorText(at.x(), at.y(), mouseScale())), this);
+    QToolTip::showText(help->globalPos(),
+                       QString::fromStdString(DisplayMouse::cursorText(at.x(), at.y(), mouseScale())), this);
     return true;
   }
   return QWidget::event(event);
@@ -122,7 +126,8 @@ bool ScopeDisplayWindow::event(QEvent* event) {
 
 void ScopeDisplayWindow::paintMouseTools(QPainter& p) const {
   const DisplayGeometry& g = display_.canvas().geometry();
-  const int left = g.pixelX(0), right = g.pixelX(display_.plotWidth()), top = g.pixelY(kTraceRows), bottom = g.pixelY(0);
+  const int left = g.pixelX(0), right = g.pixelX(display_.plotWidth()), top = g.pixelY(kTraceRows),
+            bottom = g.pixelY(0);
   const QFontMetrics fm(font());
   p.setFont(font());
   if (const DisplayMouse::Marker& m = mouse_.vertical(); m.visible) {
@@ -148,7 +153,8 @@ void ScopeDisplayWindow::paintMouseTools(QPainter& p) const {
   if (const DisplayMouse::Selection& s = mouse_.selection(); s.visible) {
     p.setPen(QPen(Qt::white, 1, Qt::DotLine));
     p.setBrush(Qt::NoBrush);
-    p.drawRect(QRect(QPoint(g.pixelX(s.left()), g.pixelY(s.top())), QPoint(g.pixelX(s.right()), g.pixelY(s.bottom()))));
+    p.drawRect(QRect(QPoint(g.pixelX(s.left()), g.pixelY(s.top())),
+                     QPoint(g.pixelX(s.right()), g.pixelY(s.bottom()))));
   }
 }
 
@@ -160,7 +166,8 @@ void checkScreenFor(QWidget* window, MessageSink& messages, const std::string& t
   std::vector<ScreenSize> modes;
   for (QScreen* s : QGuiApplication::screens()) modes.push_back({s->size().width(), s->size().height()});
   const QSize size = window->frameGeometry().size();
-  const ScreenCheck c = checkScreen({size.width(), size.height()}, {screen->size().width(), screen->size().height()}, modes);
+  const ScreenCheck c =
+      checkScreen({size.width(), size.height()}, {screen->size().width(), screen->size().height()}, modes);
   if (c.outcome == ScreenCheck::Outcome::Fits) return;
   if (c.outcome == ScreenCheck::Outcome::Ask)
     messages.show(BoxKind::Question, title, c.text);

@@ -9,9 +9,10 @@ ScreenCheck checkScreen(ScreenSize window, ScreenSize screen, const std::vector<
     if (m.width < window.width || m.height < window.height) continue;
     c.outcome = ScreenCheck::Outcome::Ask;
     c.mode = m;
-    c.text = "Current screen resolution is insufficient.\r\nZorvik need to extend the workspace.\r\n"
-             "Are you shure to change display\r\nsetting to " +
-             std::to_string(m.width) + "x" + std::to_string(m.height) + " ?";
+    c.text =
+        "Current screen resolution is insufficient.\r\nZorvik need to extend the workspace.\r\n"
+        "Are you shure to change display\r\nsetting to " +
+        std::to_string(m.width) + "x" + std::to_string(m.height) + " ?";
     return c;
   }
   c.outcome = ScreenCheck::Outcome::Insufficient;

@@ -10,7 +10,8 @@ void UpdateCentreTime(TimeView& view, int samples, int presamples, const PlotInp
     view.CentreOffset = static_cast<float>(q / 2 * samplePeriod + in.DelayTime);
 }
 
-void UpdateTimeBase(TimeView& view, const PlotInputs& in, float samplePeriod, int samplesPerDiv, int plotWidth) {
+void UpdateTimeBase(TimeView& view, const PlotInputs& in, float samplePeriod, int samplesPerDiv,
+                    int plotWidth) {
   const int hZoom = in.hZoom > 0 ? in.hZoom : 1;
   view.TimePerDiv = static_cast<float>(static_cast<double>(samplePeriod) * samplesPerDiv / hZoom);
   double centre = static_cast<double>(in.CentreBase) + view.CentreOffset;

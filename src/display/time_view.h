@@ -14,6 +14,7 @@ struct TimeView {
 
 // Samples below 1 use the HScrollCenter maximum in their place.
 void UpdateCentreTime(TimeView& view, int samples, int presamples, const PlotInputs& in, float samplePeriod);
-void UpdateTimeBase(TimeView& view, const PlotInputs& in, float samplePeriod, int samplesPerDiv, int plotWidth);
+void UpdateTimeBase(TimeView& view, const PlotInputs& in, float samplePeriod, int samplesPerDiv,
+                    int plotWidth);
 
 }  // namespace zorvik

@@ -25,7 +25,9 @@ struct TraceColumns {
   std::vector<uint8_t> fan;                     // rows, fanCount per column, column x at x * fanCount
 
   bool empty() const { return xLast < xFirst; }
-  const uint8_t* fanRows(int x) const { return fan.data() + static_cast<size_t>(x) * static_cast<size_t>(fanCount); }
+  const uint8_t* fanRows(int x) const {
+    return fan.data() + static_cast<size_t>(x) * static_cast<size_t>(fanCount);
+  }
 };
 
 }  // namespace zorvik

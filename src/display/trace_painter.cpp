@@ -10,7 +10,8 @@
 
 namespace zorvik {
 
-const uint32_t kRainbowColors[8] = {0xFF0000, 0x00FF00, 0x0000FF, 0xFFFF00, 0xFF00FF, 0x00FFFF, 0x808080, 0xFFFFFF};
+const uint32_t kRainbowColors[8] = {0xFF0000, 0x00FF00, 0x0000FF, 0xFFFF00,
+                                    0xFF00FF, 0x00FFFF, 0x808080, 0xFFFFFF};
 
 namespace {
 
@@ -18,13 +19,16 @@ namespace {
 const std::array<uint8_t, 256>& vectorBrightnessTable() {
   static const std::array<uint8_t, 256> table = [] {
     std::array<uint8_t, 256> t{};
-    for (int d = 0; d < 256; ++d) t[static_cast<size_t>(d)] = static_cast<uint8_t>(std::floor(255 - 30 * std::log(d + 1.0)));
+    for (int d = 0; d < 256; ++d)
+      t[static_cast<size_t>(d)] = static_cast<uint8_t>(std::floor(255 - 30 * std::log(d + 1.0)));
     return t;
   }();
   return table;
 }
 
-bool bothOnOneEdge(int y, int prev) { return (y + prev) % 510 == 0; }
+bool bothOnOneEdge(int y, int prev) {
+  return (y + prev) % 510 == 0;
+}
 
 // One step of a polyline: both ends on one edge only move the pen. A step of no length is a point, and
 // no point is drawn on an edge row; this covers the first column, whose Prev of 0 can't see the top edge.
@@ -39,9 +43,13 @@ void polylineStep(DisplayCanvas& canvas, int x, int y, int prev, uint32_t colour
 
 }  // namespace
 
-int vectorBrightness(int d) { return vectorBrightnessTable()[static_cast<size_t>(std::clamp(d, 0, 255))]; }
+int vectorBrightness(int d) {
+  return vectorBrightnessTable()[static_cast<size_t>(std::clamp(d, 0, 255))];
+}
 
-int peakBrightness(int d) { return static_cast<int>(std::floor(256 - 0.7 * d)); }
+int peakBrightness(int d) {
+  return static_cast<int>(std::floor(256 - 0.7 * d));
+}
 
 bool TracePainter::onSampleGrid(Interpolation interp) {
   return interp == Interpolation::None || interp == Interpolation::Line;
@@ -59,7 +67,8 @@ void TracePainter::vectorPass(const TraceColumns& c) {
   int prev = 0;
   auto visit = [&](int x) {
     const int y = c.Y[static_cast<size_t>(x)];
-    polylineStep(canvas_, x, y, prev, itemColor(item, s_.varBright ? vectorBrightness(std::abs(y - prev)) : 255));
+    polylineStep(canvas_, x, y, prev,
+                 itemColor(item, s_.varBright ? vectorBrightness(std::abs(y - prev)) : 255));
     prev = y;
   };
   if (onSampleGrid(s_.interp())) {
@@ -89,7 +98,8 @@ void TracePainter::pointPass(const TraceColumns& c) {
     for (int x = (c.xFirst + m - 1) / m * m; x <= c.xLast; x += m) dot(x, c.Y[static_cast<size_t>(x)], full);
   } else if (c.ratio > 1) {
     const int m = gridStep(c);
-    for (int x = c.xFirst; x <= c.xLast; x += c.xStep) dot(x, c.Y[static_cast<size_t>(x)], x % m == 0 ? full : dim);
+    for (int x = c.xFirst; x <= c.xLast; x += c.xStep)
+      dot(x, c.Y[static_cast<size_t>(x)], x % m == 0 ? full : dim);
   } else {
     for (int x = c.xFirst; x <= c.xLast; x += c.xStep) dot(x, c.Y[static_cast<size_t>(x)], full);
   }

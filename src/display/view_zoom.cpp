@@ -33,13 +33,23 @@ const std::vector<int>& ViewZoom::keyFactors() const {
   return axis_ == ZoomAxis::Horizontal ? kHorizontalKeys : kVerticalKeys;
 }
 
-const char* ViewZoom::section() const { return axis_ == ZoomAxis::Horizontal ? "Hor" : "Ch1"; }
-const char* ViewZoom::name() const { return axis_ == ZoomAxis::Horizontal ? "HorZoom" : "VertZoom"; }
-std::string ViewZoom::positionName(int factor) const { return zoomValueName(name(), factor, "Poz"); }
+const char* ViewZoom::section() const {
+  return axis_ == ZoomAxis::Horizontal ? "Hor" : "Ch1";
+}
+const char* ViewZoom::name() const {
+  return axis_ == ZoomAxis::Horizontal ? "HorZoom" : "VertZoom";
+}
+std::string ViewZoom::positionName(int factor) const {
+  return zoomValueName(name(), factor, "Poz");
+}
 
-int ViewZoom::largeStep() const { return factor_ > 1 ? static_cast<int>(kRange) / (factor_ - 1) : static_cast<int>(kRange); }
+int ViewZoom::largeStep() const {
+  return factor_ > 1 ? static_cast<int>(kRange) / (factor_ - 1) : static_cast<int>(kRange);
+}
 
-std::string ViewZoom::scrollToolTip() const { return factor_ > 1 ? "Zoomed view pozition" : "Full view"; }
+std::string ViewZoom::scrollToolTip() const {
+  return factor_ > 1 ? "Zoomed view pozition" : "Full view";
+}
 
 double ViewZoom::frac() const {
   return axis_ == ZoomAxis::Horizontal ? static_cast<double>(value_) / kMax : value_ / kRange;
@@ -68,7 +78,8 @@ void ViewZoom::setZoom(int factor) {
   if (factor_ > 1) {
     // A factor seen for the first time shows the middle of the record.
     const double stored = store_.getDouble(section(), positionName(factor_), (kMin + kMax) / 2.0);
-    value_ = std::isfinite(stored) ? static_cast<int>(std::lround(std::clamp<double>(stored, kMin, kMax))) : 0;
+    value_ =
+        std::isfinite(stored) ? static_cast<int>(std::lround(std::clamp<double>(stored, kMin, kMax))) : 0;
   } else {
     value_ = 0;
   }
@@ -91,8 +102,8 @@ int horizontalZoomForSelection(int present, double r) {
     double atLeast;
     int to;
   };
-  static constexpr Step kSteps[] = {{1, 10, 10}, {1, 5, 5}, {1, 4, 4}, {1, 2, 2}, {2, 5, 10}, {2, 2.5, 5},
-                                    {2, 2, 4},   {4, 2.5, 10}, {4, 1.25, 5}, {5, 2, 10}};
+  static constexpr Step kSteps[] = {{1, 10, 10}, {1, 5, 5}, {1, 4, 4},    {1, 2, 2},    {2, 5, 10},
+                                    {2, 2.5, 5}, {2, 2, 4}, {4, 2.5, 10}, {4, 1.25, 5}, {5, 2, 10}};
   for (const Step& s : kSteps)
     if (s.from == present && r >= s.atLeast) return s.to;
   return present;

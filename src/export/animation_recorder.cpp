@@ -38,7 +38,8 @@ void AnimationRecorder::recordFrame(int frameIntervalMs) {
 
 void AnimationRecorder::complete(int lastIndex) {
   if (lastIndex < 0) return;
-  std::vector<AniGIF::Frame> out(frames_.begin(), frames_.begin() + std::min<ptrdiff_t>(lastIndex + 1, frames_.size()));
+  std::vector<AniGIF::Frame> out(frames_.begin(),
+                                 frames_.begin() + std::min<ptrdiff_t>(lastIndex + 1, frames_.size()));
   frames_.clear();  // the holders above the first go
   onComplete(std::move(out));
 }

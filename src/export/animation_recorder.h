@@ -3,8 +3,8 @@
 #include <functional>
 #include <vector>
 
-#include "signal/stage_chain.h"
 #include "export/gif_writer.h"
+#include "signal/stage_chain.h"
 
 namespace zorvik {
 

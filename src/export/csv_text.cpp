@@ -15,7 +15,8 @@ std::string packetCsvText(std::string_view packet) {
   std::string out;
   if (packet.size() <= kSkipped) return out;
   out.reserve((packet.size() - kSkipped) * 5);
-  for (size_t i = kSkipped; i < packet.size(); ++i) appendCsvInteger(out, static_cast<unsigned char>(packet[i]));
+  for (size_t i = kSkipped; i < packet.size(); ++i)
+    appendCsvInteger(out, static_cast<unsigned char>(packet[i]));
   return out;
 }
 

@@ -58,8 +58,10 @@ void DisplayPictures::SaveToBMPGIFJPG(PictureTarget target, const std::function<
 }
 
 void DisplayPictures::savePicture(PictureTarget target, const QImage& picture,
-                                  const std::function<void(const QImage&)>& toClipboard, const PictureTexts& texts) {
-  save(target, [&picture] { return picture; }, toClipboard, texts, false, 0);
+                                  const std::function<void(const QImage&)>& toClipboard,
+                                  const PictureTexts& texts) {
+  save(
+      target, [&picture] { return picture; }, toClipboard, texts, false, 0);
 }
 
 void DisplayPictures::save(PictureTarget target, const std::function<QImage()>& picture,
@@ -71,11 +73,15 @@ void DisplayPictures::save(PictureTarget target, const std::function<QImage()>& 
     case PictureTarget::Bmp:
     case PictureTarget::Gif:
     case PictureTarget::Jpeg: {
-      const char* extension = target == PictureTarget::Bmp ? "bmp" : target == PictureTarget::Gif ? "gif" : "jpg";
-      const std::string_view filter =
-          target == PictureTarget::Bmp ? kBmpFilter : target == PictureTarget::Gif ? kGifFilter : kJpegFilter;
-      const std::string path = autoName ? autoPictureName(tickMs, extension)
-                                        : SaveFileDialog(dialogs_, main_.settings(), filter, extension, kPictureCategory);
+      const char* extension = target == PictureTarget::Bmp   ? "bmp"
+                              : target == PictureTarget::Gif ? "gif"
+                                                             : "jpg";
+      const std::string_view filter = target == PictureTarget::Bmp   ? kBmpFilter
+                                      : target == PictureTarget::Gif ? kGifFilter
+                                                                     : kJpegFilter;
+      const std::string path =
+          autoName ? autoPictureName(tickMs, extension)
+                   : SaveFileDialog(dialogs_, main_.settings(), filter, extension, kPictureCategory);
       if (path.empty()) {
         hold.keepStopped();  // a cancelled dialog ends the command; the user starts again
         return;
@@ -90,7 +96,8 @@ void DisplayPictures::save(PictureTarget target, const std::function<QImage()>& 
       } else {
         const QImage image = picture();
         const uint32_t started = main_.tickMs();
-        AniGIF().SaveGIF(image, path, gifTransparent_, gifTransparent_ ? gifBackground_ : AniGIF::kNoTransparent);
+        AniGIF().SaveGIF(image, path, gifTransparent_,
+                         gifTransparent_ ? gifBackground_ : AniGIF::kNoTransparent);
         text += "\r\ntime = " + std::string(" ") + std::to_string(main_.tickMs() - started) + " ms";
         key = texts.gifKey;
       }
@@ -101,7 +108,8 @@ void DisplayPictures::save(PictureTarget target, const std::function<QImage()>& 
     case PictureTarget::Clipboard:
       toClipboard(picture());
       hold.release();
-      if (texts.clipboardText) main_.messages().show(BoxKind::InfoBox, title, texts.clipboardText, texts.clipboardKey);
+      if (texts.clipboardText)
+        main_.messages().show(BoxKind::InfoBox, title, texts.clipboardText, texts.clipboardKey);
       return;
     case PictureTarget::Wallpaper:
       // The desktop's wallpaper belongs to the desktop here: the picture is left in the file for it.

@@ -28,11 +28,12 @@ struct PictureTexts {
   const char* clipboardKey;
   const char* jpegComment;
 };
-constexpr PictureTexts kDisplayPictureTexts{"Display saved:",       "DisplayBMPwrited",  "DisplayJPGwrited",
-                                            "DisplayGIFwrited",     "Display in clipboard", "Display2clipboard",
+constexpr PictureTexts kDisplayPictureTexts{"Display saved:",   "DisplayBMPwrited",     "DisplayJPGwrited",
+                                            "DisplayGIFwrited", "Display in clipboard", "Display2clipboard",
                                             kJpegComment};
-constexpr PictureTexts kMemoPictureTexts{"Picture saved:", "MemoPictWrited", "MemoPictWrited", "MemoPictWrited",
-                                         nullptr,          nullptr,          "Zorvik screen capture"};
+constexpr PictureTexts kMemoPictureTexts{"Picture saved:",       "MemoPictWrited", "MemoPictWrited",
+                                         "MemoPictWrited",       nullptr,          nullptr,
+                                         "Zorvik screen capture"};
 constexpr const char* kWallpaperFile = "wallpaper.bmp";
 
 // The name of a picture without a dialog: the millisecond tick with the target's extension, so that
@@ -58,8 +59,8 @@ class DisplayPictures {
   void SaveToBMPGIFJPG(PictureTarget target, const std::function<QImage()>& picture,
                        const std::function<void(const QImage&)>& toClipboard, bool autoName, uint32_t tickMs);
   // A picture that stands still (the memo window's): always through the dialog.
-  void savePicture(PictureTarget target, const QImage& picture, const std::function<void(const QImage&)>& toClipboard,
-                   const PictureTexts& texts);
+  void savePicture(PictureTarget target, const QImage& picture,
+                   const std::function<void(const QImage&)>& toClipboard, const PictureTexts& texts);
 
  private:
   void save(PictureTarget target, const std::function<QImage()>& picture,

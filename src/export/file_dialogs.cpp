@@ -48,8 +48,9 @@ std::string withExtension(const std::string& path, const std::string& extension)
   return path + "." + extension;
 }
 
-std::string runDialog(FileDialogs& dialogs, SettingsStore& settings, FileDialogKind kind, std::string_view filter,
-                      const std::string& defaultExtension, const std::string& category) {
+std::string runDialog(FileDialogs& dialogs, SettingsStore& settings, FileDialogKind kind,
+                      std::string_view filter, const std::string& defaultExtension,
+                      const std::string& category) {
   WorkingDirectoryKeeper keeper;
   FileDialogRequest request;
   request.kind = kind;

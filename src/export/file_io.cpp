@@ -10,7 +10,9 @@
 namespace zorvik {
 
 namespace {
-QString qpath(const std::string& path) { return QString::fromUtf8(path.data(), static_cast<qsizetype>(path.size())); }
+QString qpath(const std::string& path) {
+  return QString::fromUtf8(path.data(), static_cast<qsizetype>(path.size()));
+}
 }  // namespace
 
 void writeFileReplacing(const std::string& path, std::string_view bytes) {

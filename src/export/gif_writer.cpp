@@ -11,8 +11,12 @@ namespace zorvik {
 
 namespace {
 
-int mapIndex(int r6, int g6, int b6) { return (b6 << 12) | (g6 << 6) | r6; }
-uint32_t bgr(int r, int g, int b) { return static_cast<uint32_t>(r | (g << 8) | (b << 16)); }
+int mapIndex(int r6, int g6, int b6) {
+  return (b6 << 12) | (g6 << 6) | r6;
+}
+uint32_t bgr(int r, int g, int b) {
+  return static_cast<uint32_t>(r | (g << 8) | (b << 16));
+}
 
 void put16(std::string& out, int v) {
   out += static_cast<char>(v & 0xFF);
@@ -45,10 +49,11 @@ void AniGIF::buildPalette(const QImage& first, uint32_t transparentColor) {
       for (int r = 0; r < 4; ++r) {
         const int index = b * 16 + g * 4 + r;
         palette_[static_cast<size_t>(index)] = {static_cast<uint8_t>(r * 85), static_cast<uint8_t>(g * 85),
-                                                 static_cast<uint8_t>(b * 85)};
+                                                static_cast<uint8_t>(b * 85)};
         for (int bb = b * 16; bb < b * 16 + 16; ++bb)
           for (int gg = g * 16; gg < g * 16 + 16; ++gg)
-            for (int rr = r * 16; rr < r * 16 + 16; ++rr) colorMap_[static_cast<size_t>(mapIndex(rr, gg, bb))] = static_cast<uint8_t>(index);
+            for (int rr = r * 16; rr < r * 16 + 16; ++rr)
+              colorMap_[static_cast<size_t>(mapIndex(rr, gg, bb))] = static_cast<uint8_t>(index);
         if (bgr(r * 85, g * 85, b * 85) == transparentColor) {
           transparentIndex_ = index;
           hasTransparent_ = true;
@@ -86,7 +91,8 @@ void AniGIF::header(std::string& out, const char* version, int width, int height
   out += '\0';
   const size_t entries = small ? 128 : 256;
   for (size_t i = 0; i < entries; ++i)
-    for (int c = 0; c < 3; ++c) out += static_cast<char>(i < palette_.size() ? palette_[i][static_cast<size_t>(c)] : 0);
+    for (int c = 0; c < 3; ++c)
+      out += static_cast<char>(i < palette_.size() ? palette_[i][static_cast<size_t>(c)] : 0);
 }
 
 // Codes are packed least significant bit first into blocks of 255 bytes behind their count.
@@ -128,7 +134,8 @@ void AniGIF::image(std::string& out, const QImage& picture) {
   for (int y = 0; y < px.height(); ++y) {
     const QRgb* line = reinterpret_cast<const QRgb*>(px.constScanLine(y));
     auto index = [&](int x) {
-      return colorMap_[static_cast<size_t>(mapIndex(qRed(line[x]) >> 2, qGreen(line[x]) >> 2, qBlue(line[x]) >> 2))];
+      return colorMap_[static_cast<size_t>(
+          mapIndex(qRed(line[x]) >> 2, qGreen(line[x]) >> 2, qBlue(line[x]) >> 2))];
     };
     table.clear();
     putCode(out, 256);
@@ -164,13 +171,20 @@ void AniGIF::image(std::string& out, const QImage& picture) {
   flush(out);
 }
 
-void AniGIF::SaveGIF(const QImage& picture, const std::string& path, bool transparent, uint32_t transparentColor) {
+void AniGIF::SaveGIF(const QImage& picture, const std::string& path, bool transparent,
+                     uint32_t transparentColor) {
   buildPalette(picture, transparentColor);
   std::string out;
   header(out, transparent ? "GIF89a" : "GIF87a", picture.width(), picture.height());
   if (transparent) {
-    out += std::string{'\x21', '\xF9', '\x04', static_cast<char>(hasTransparent_ ? 9 : 8), '\0', '\0',
-                       static_cast<char>(transparentIndex_), '\0'};
+    out += std::string{'\x21',
+                       '\xF9',
+                       '\x04',
+                       static_cast<char>(hasTransparent_ ? 9 : 8),
+                       '\0',
+                       '\0',
+                       static_cast<char>(transparentIndex_),
+                       '\0'};
   }
   image(out, picture);
   out += '\0';
@@ -178,7 +192,8 @@ void AniGIF::SaveGIF(const QImage& picture, const std::string& path, bool transp
   writeFile(path, out);
 }
 
-void AniGIF::SaveAnimGIF(const std::vector<Frame>& frames, const std::string& path, uint32_t transparentColor) {
+void AniGIF::SaveAnimGIF(const std::vector<Frame>& frames, const std::string& path,
+                         uint32_t transparentColor) {
   if (frames.empty()) throw Fault("No frames to write to " + path);
   buildPalette(frames[0].picture, transparentColor);
   std::string out;

@@ -64,7 +64,8 @@ bool encode(FILE* out, const QImage& rgb, const std::string& comment, int qualit
 }  // namespace
 
 void writeJpeg(const QImage& image, const std::string& path, const std::string& comment, int quality) {
-  if (image.isNull() || image.width() < 1 || image.height() < 1) throw Fault("No picture to write to " + path);
+  if (image.isNull() || image.width() < 1 || image.height() < 1)
+    throw Fault("No picture to write to " + path);
   const QImage rgb = image.convertToFormat(QImage::Format_RGB888);
   const std::string temporary = path + ".tmp";
   FILE* out = std::fopen(temporary.c_str(), "wb");

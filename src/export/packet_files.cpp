@@ -31,7 +31,8 @@ void PacketFiles::saveCsv(const std::function<std::string()>& text, const std::s
   // A cancelled dialog fails in the writer like any other name that can't be written: both boxes show.
   WriteTextFile(path, text(), main_.messages(), main_.identity().InstanceTitle);
   hold.release();
-  main_.messages().show(BoxKind::InfoBox, main_.identity().InstanceTitle, savedText + "\r\n" + path, kCsvSavedKey);
+  main_.messages().show(BoxKind::InfoBox, main_.identity().InstanceTitle, savedText + "\r\n" + path,
+                        kCsvSavedKey);
 }
 
 void PacketFiles::RestorePacketFromBinary() {
@@ -41,7 +42,9 @@ void PacketFiles::RestorePacketFromBinary() {
   zorvik::RestorePacketFile(main_, path);
 }
 
-void PacketFiles::RestorePacketFile(const std::string& path) { zorvik::RestorePacketFile(main_, path); }
+void PacketFiles::RestorePacketFile(const std::string& path) {
+  zorvik::RestorePacketFile(main_, path);
+}
 
 void RestorePacketFile(DeviceContext& main, const std::string& path) {
   if (path.empty() || !isExistingFile(path)) return;

@@ -15,7 +15,8 @@ constexpr const char* kCsvExtension = "csv";
 constexpr const char* kCsvCategory = "CSV data";
 constexpr const char* kCsvSavedKey = "CsvFileWrited";
 constexpr std::string_view kZrvSaveFilter = filterList("Zorvik data files (*.zrv)\0*.zrv\0\0");
-constexpr std::string_view kZrvOpenFilter = filterList("Zorvik data files (*.zrv)\0*.zrv\0All Files (*.*)\0*.*\0\0");
+constexpr std::string_view kZrvOpenFilter =
+    filterList("Zorvik data files (*.zrv)\0*.zrv\0All Files (*.*)\0*.*\0\0");
 constexpr const char* kZrvExtension = "zrv";
 constexpr const char* kZrvCategory = "Binary data";
 constexpr const char* kZrvSavedKey = "BinFileWrited";

@@ -9,10 +9,14 @@ namespace zorvik {
 
 const char* PictureOptions::key(Option option) {
   switch (option) {
-    case WithLabels: return "WithLabels";
-    case TransparentGif: return "transparentGIF";
-    case AnimatedGifRing: return "AnimatedGIFring";
-    default: return "AutoFileName";
+    case WithLabels:
+      return "WithLabels";
+    case TransparentGif:
+      return "transparentGIF";
+    case AnimatedGifRing:
+      return "AnimatedGIFring";
+    default:
+      return "AutoFileName";
   }
 }
 
@@ -24,7 +28,9 @@ PictureOptions::PictureOptions(SettingsStore& settings, std::string section)
   }
 }
 
-bool PictureOptions::kept(Option option) const { return option != AutoFileName || section_ == "Save"; }
+bool PictureOptions::kept(Option option) const {
+  return option != AutoFileName || section_ == "Save";
+}
 
 void PictureOptions::set(Option option, bool on) {
   if (!kept(option))

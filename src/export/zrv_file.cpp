@@ -4,7 +4,9 @@
 
 namespace zorvik {
 
-bool hasZrvMagic(std::string_view bytes) { return bytes.substr(0, kZrvMagic.size()) == kZrvMagic; }
+bool hasZrvMagic(std::string_view bytes) {
+  return bytes.substr(0, kZrvMagic.size()) == kZrvMagic;
+}
 
 std::optional<ZrvContents> parseZrv(std::string_view bytes) {
   if (!hasZrvMagic(bytes)) return std::nullopt;

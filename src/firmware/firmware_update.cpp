@@ -121,7 +121,8 @@ void FirmwareUpdate::FirmwareSectorUpdateRezult(const std::string& answer) {
 
 void FirmwareUpdate::sectorTimeout() {
   timer_.stop();
-  main_.messages().show(BoxKind::Critical, "Zorvik firmware update", "Firmware update failed.\r\nReconnect zorvik and repite");
+  main_.messages().show(BoxKind::Critical, "Zorvik firmware update",
+                        "Firmware update failed.\r\nReconnect zorvik and repite");
   unload();
 }
 

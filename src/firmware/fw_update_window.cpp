@@ -107,9 +107,13 @@ void FWupdate::showDevice(const DeviceIdentityFields& device) {
   LDver->setText(latin1Text(device.loader));
 }
 
-void FWupdate::enableStart(bool enabled) { KeyStartFU->setEnabled(enabled); }
+void FWupdate::enableStart(bool enabled) {
+  KeyStartFU->setEnabled(enabled);
+}
 
-void FWupdate::showInProgress() { InfoMessage->show(); }
+void FWupdate::showInProgress() {
+  InfoMessage->show();
+}
 
 void FWupdate::showSectors(int count) {
   auto* grid = static_cast<QGridLayout*>(sectorBox_->layout());
@@ -129,7 +133,8 @@ void FWupdate::showSectors(int count) {
 
 void FWupdate::setSector(int index, bool good) {
   if (index < 0 || index >= static_cast<int>(SectorShape.size())) return;
-  SectorShape[static_cast<size_t>(index)]->setStyleSheet(good ? "background: #00ff00" : "background: #ff0000");
+  SectorShape[static_cast<size_t>(index)]->setStyleSheet(good ? "background: #00ff00"
+                                                              : "background: #ff0000");
 }
 
 void FWupdate::closeEvent(QCloseEvent* event) {

@@ -29,7 +29,8 @@ class ClassOBEX {
   virtual void SetParallelTransfer(bool on) = 0;
   virtual void SetFirmwareTimeout(int32_t ms) = 0;
   virtual void SetShowTime(int32_t ms) = 0;
-  virtual void SendFirmwareSector(const std::string& name, const std::string& data, bool flagA, bool flagB) = 0;
+  virtual void SendFirmwareSector(const std::string& name, const std::string& data, bool flagA,
+                                  bool flagB) = 0;
   virtual void SendCommand(const std::string& name, bool flagA, bool flagB) = 0;
   virtual void GetSerialActive(bool& active) = 0;
   virtual void SetRepeatCommand(bool enable, const std::string& name, bool flag) = 0;

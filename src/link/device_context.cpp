@@ -37,7 +37,9 @@ void DeviceContext::Wait(int ms) {
   }
 }
 
-uint32_t DeviceContext::tickMs() { return static_cast<uint32_t>(QDateTime::currentMSecsSinceEpoch() & 0xFFFFFFFF); }
+uint32_t DeviceContext::tickMs() {
+  return static_cast<uint32_t>(QDateTime::currentMSecsSinceEpoch() & 0xFFFFFFFF);
+}
 
 bool DeviceContext::limitFlag(const std::string& name) const {
   for (int i = 0; i < 7; ++i)

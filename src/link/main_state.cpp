@@ -4,11 +4,16 @@ namespace zorvik {
 
 const char* sessionStateName(SessionState state) {
   switch (state) {
-    case SessionState::NoSession: return "NoSession";
-    case SessionState::Opening: return "Opening";
-    case SessionState::Boot: return "Boot";
-    case SessionState::SettingUp: return "SettingUp";
-    case SessionState::Ready: return "Ready";
+    case SessionState::NoSession:
+      return "NoSession";
+    case SessionState::Opening:
+      return "Opening";
+    case SessionState::Boot:
+      return "Boot";
+    case SessionState::SettingUp:
+      return "SettingUp";
+    case SessionState::Ready:
+      return "Ready";
   }
   return "Unknown";
 }

@@ -2,9 +2,13 @@
 
 namespace zorvik {
 
-RecordingObex::RecordingObex(ClassOBEX& inner) : inner_(inner) { inner_.setEventSink(this); }
+RecordingObex::RecordingObex(ClassOBEX& inner) : inner_(inner) {
+  inner_.setEventSink(this);
+}
 
-RecordingObex::~RecordingObex() { inner_.setEventSink(nullptr); }
+RecordingObex::~RecordingObex() {
+  inner_.setEventSink(nullptr);
+}
 
 void RecordingObex::GetRegister(const std::string& name) {
   requests.push_back(name);
@@ -27,7 +31,9 @@ void RecordingObex::PutRegister4(const std::string& name, int32_t value) {
   inner_.PutRegister4(name, value);
 }
 
-ObexEvents* RecordingObex::target() { return eventSink(); }
+ObexEvents* RecordingObex::target() {
+  return eventSink();
+}
 
 void RecordingObex::ObexLinkDLL1_NoZorvikFoundEvent() {
   if (auto* t = target()) t->ObexLinkDLL1_NoZorvikFoundEvent();
@@ -41,7 +47,8 @@ void RecordingObex::ObexLinkDLL1_StartSessionEvent() {
 void RecordingObex::ObexLinkDLL1_EndSessionEvent() {
   if (auto* t = target()) t->ObexLinkDLL1_EndSessionEvent();
 }
-void RecordingObex::ObexLinkDLL1_HeaderEvent(const std::string& name, const std::string& value, bool parallel) {
+void RecordingObex::ObexLinkDLL1_HeaderEvent(const std::string& name, const std::string& value,
+                                             bool parallel) {
   const bool data = name == "D" && onData;
   if (data) onData(value, parallel, false);
   if (auto* t = target()) t->ObexLinkDLL1_HeaderEvent(name, value, parallel);

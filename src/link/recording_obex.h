@@ -14,7 +14,7 @@ class RecordingObex : public ClassOBEX, private ObexEvents {
   explicit RecordingObex(ClassOBEX& inner);
   ~RecordingObex() override;
 
-  std::vector<std::string> requests;                  // "VNM", "TS", ... in order
+  std::vector<std::string> requests;                    // "VNM", "TS", ... in order
   std::vector<std::pair<std::string, int32_t>> writes;  // register writes in order
   int rollChunks = 0;
   long long rollBytes = 0;

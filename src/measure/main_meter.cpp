@@ -17,8 +17,9 @@ std::string numberText(double v) {
 }
 }  // namespace
 
-MainMeterReading readMainMeter(const std::vector<float>& spectrum, int bins, float maxFrequency, float peakBin,
-                               float peakAmp, const std::string& minText, const std::string& maxText, bool sinxx) {
+MainMeterReading readMainMeter(const std::vector<float>& spectrum, int bins, float maxFrequency,
+                               float peakBin, float peakAmp, const std::string& minText,
+                               const std::string& maxText, bool sinxx) {
   MainMeterReading r;
   r.minText = minText;
   r.maxText = maxText;

@@ -15,7 +15,8 @@ struct MainMeterReading {
 };
 
 // Both fields empty: the whole spectrum, starting from the line the spectrum found (peakBin, peakAmp).
-MainMeterReading readMainMeter(const std::vector<float>& spectrum, int bins, float maxFrequency, float peakBin,
-                               float peakAmp, const std::string& minText, const std::string& maxText, bool sinxx);
+MainMeterReading readMainMeter(const std::vector<float>& spectrum, int bins, float maxFrequency,
+                               float peakBin, float peakAmp, const std::string& minText,
+                               const std::string& maxText, bool sinxx);
 
 }  // namespace zorvik

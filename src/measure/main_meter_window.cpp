@@ -77,14 +77,17 @@ mainmeter::mainmeter(SettingsStore& settings, SpectrumStage& stage, QWidget* par
 
 QString mainmeter::text(Group g, float value) const {
   switch (g) {
-    case Amplitude: return QString::fromStdString(meterEngineeringText(value, 0, "V", true, MeterDigits::Four));
+    case Amplitude:
+      return QString::fromStdString(meterEngineeringText(value, 0, "V", true, MeterDigits::Four));
     case Level: {
       char buf[32];
       std::snprintf(buf, sizeof buf, "%04.1fdBV", static_cast<double>(value));
       return buf;
     }
-    case Period: return QString::fromStdString(meterEngineeringText(value, 0, "s", true, MeterDigits::Four));
-    default: return QString::fromStdString(meterEngineeringText(value, 0, "Hz", true, MeterDigits::Four));
+    case Period:
+      return QString::fromStdString(meterEngineeringText(value, 0, "s", true, MeterDigits::Four));
+    default:
+      return QString::fromStdString(meterEngineeringText(value, 0, "Hz", true, MeterDigits::Four));
   }
 }
 
@@ -97,7 +100,9 @@ void mainmeter::show(Group g, bool all) {
   l[3]->setText(text(g, s.avg));
 }
 
-mainmeter::~mainmeter() { stage_.setReaderOpen(SpectrumStage::Reader::MainMeter, false); }
+mainmeter::~mainmeter() {
+  stage_.setReaderOpen(SpectrumStage::Reader::MainMeter, false);
+}
 
 // A minimised meter is still open.
 void mainmeter::showEvent(QShowEvent* event) {
@@ -109,8 +114,9 @@ void mainmeter::hideEvent(QHideEvent* event) {
 }
 
 void mainmeter::Ind(const SpectrumEngine& e) {
-  const MainMeterReading r = readMainMeter(e.SpecAmp, e.SpecBins, e.MaxFreq, e.PeakBin, e.PeakAmp,
-                                           MinFreq->text().toStdString(), MaxFreq->text().toStdString(), sinxx());
+  const MainMeterReading r =
+      readMainMeter(e.SpecAmp, e.SpecBins, e.MaxFreq, e.PeakBin, e.PeakAmp, MinFreq->text().toStdString(),
+                    MaxFreq->text().toStdString(), sinxx());
   if (MinFreq->text().toStdString() != r.minText) MinFreq->setText(QString::fromStdString(r.minText));
   if (MaxFreq->text().toStdString() != r.maxText) MaxFreq->setText(QString::fromStdString(r.maxText));
   if (!r.signal) {

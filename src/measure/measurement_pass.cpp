@@ -21,7 +21,8 @@ void MeasurementPass::run(const SegmentData& segment, int n, const MeasureInputs
   const bool edges = isOpen({M::RTS, M::FTS, M::POV, M::NOV});
   const std::string_view s = segment.bytes;
   const bool hiRes = segment.isHiRes;
-  if (isOpen({M::DCV, M::ACV, M::ADV, M::VDB}) || in.autoLevel) calc_.CalcDC(s, hiRes, in.FullScaleVolts, in.ZeroVolts);
+  if (isOpen({M::DCV, M::ACV, M::ADV, M::VDB}) || in.autoLevel)
+    calc_.CalcDC(s, hiRes, in.FullScaleVolts, in.ZeroVolts);
   if (isOpen({M::PPV, M::PHV, M::PLV, M::POV, M::NOV}) || in.autoLevel || (timing && in.byLevel == 1))
     calc_.CalcPeaks(s, hiRes, in.FullScaleVolts, in.ZeroVolts);
   if (isOpen({M::ACV, M::ADV, M::VDB})) calc_.CalcAC(s, hiRes, in.FullScaleVolts);

@@ -2,9 +2,9 @@
 #include <functional>
 #include <set>
 
-#include "signal/stage_chain.h"
 #include "measure/sig_calc.h"
 #include "measure/sig_timing.h"
+#include "signal/stage_chain.h"
 
 namespace zorvik {
 
@@ -12,8 +12,25 @@ class SettingsStore;
 
 // The nineteen meters by their index in the Meters menu.
 enum class Meter {
-  DCV = 0, PHV = 6, PLV = 7, PPV = 8, ACV = 11, ADV = 12, VDB = 13, FRH = 16, PES = 17, PWS = 18, DCR = 19,
-  TRV = 26, BRV = 27, RRV = 28, ACR = 29, RTS = 31, FTS = 32, POV = 33, NOV = 34
+  DCV = 0,
+  PHV = 6,
+  PLV = 7,
+  PPV = 8,
+  ACV = 11,
+  ADV = 12,
+  VDB = 13,
+  FRH = 16,
+  PES = 17,
+  PWS = 18,
+  DCR = 19,
+  TRV = 26,
+  BRV = 27,
+  RRV = 28,
+  ACR = 29,
+  RTS = 31,
+  FTS = 32,
+  POV = 33,
+  NOV = 34
 };
 
 // What the pass reads beside the segment: the record's scale, the trigger panel's auto level and level,

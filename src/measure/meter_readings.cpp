@@ -59,20 +59,40 @@ MeterReading readMeter(Meter m, const SigCalc& c, const SigTiming& t, const Mete
   // Period stands at 1 until the first usable period is found.
   const double period = t.PeriodCount < 1 ? 1.0 : t.Period;
   switch (m) {
-    case Meter::DCV: volts(c.DCVolts, c.DCValid, "Limit!"); break;
-    case Meter::PHV: volts(c.PeakHighVolts, c.PeakHighValid, "Limit!"); break;
-    case Meter::PLV: volts(c.PeakLowVolts, c.PeakLowValid, "Limit!"); break;
-    case Meter::PPV: volts(c.PeakToPeakVolts, c.PeakHighValid && c.PeakLowValid, "Limit!"); break;
-    case Meter::ACV: volts(c.ACVolts, true, ""); acStatus(); break;
-    case Meter::ADV: volts(c.ACDCVolts, true, ""); acStatus(); break;
+    case Meter::DCV:
+      volts(c.DCVolts, c.DCValid, "Limit!");
+      break;
+    case Meter::PHV:
+      volts(c.PeakHighVolts, c.PeakHighValid, "Limit!");
+      break;
+    case Meter::PLV:
+      volts(c.PeakLowVolts, c.PeakLowValid, "Limit!");
+      break;
+    case Meter::PPV:
+      volts(c.PeakToPeakVolts, c.PeakHighValid && c.PeakLowValid, "Limit!");
+      break;
+    case Meter::ACV:
+      volts(c.ACVolts, true, "");
+      acStatus();
+      break;
+    case Meter::ADV:
+      volts(c.ACDCVolts, true, "");
+      acStatus();
+      break;
     case Meter::VDB:
       r.value = c.LevelDBV;
       r.picture = hi ? "00.00" : "00.0";
       acStatus();
       break;
-    case Meter::TRV: volts(c.TopRailVoltage(hi, ctx.FullScaleVolts, ctx.ZeroVolts), c.TopFound, "NotFound"); break;
-    case Meter::BRV: volts(c.BaseRailVoltage(hi, ctx.FullScaleVolts, ctx.ZeroVolts), c.BaseFound, "NotFound"); break;
-    case Meter::RRV: volts(c.RailToRailVoltage(hi, ctx.FullScaleVolts), rails, "NotFound"); break;
+    case Meter::TRV:
+      volts(c.TopRailVoltage(hi, ctx.FullScaleVolts, ctx.ZeroVolts), c.TopFound, "NotFound");
+      break;
+    case Meter::BRV:
+      volts(c.BaseRailVoltage(hi, ctx.FullScaleVolts, ctx.ZeroVolts), c.BaseFound, "NotFound");
+      break;
+    case Meter::RRV:
+      volts(c.RailToRailVoltage(hi, ctx.FullScaleVolts), rails, "NotFound");
+      break;
     case Meter::ACR: {
       // Against the six divisions of a calibration signal.
       const double reference = ctx.FullScaleVolts * 6.0 / 8;

@@ -35,10 +35,10 @@ struct MeterContext {
 // A meter's value as the pass hands it over, or the status shown in its place.
 struct MeterReading {
   double value = 0;
-  std::string status;      // empty when the value stands
-  double resolution = 0;   // Ind: the step the value is shown to
-  bool detail = false;     // Ind: one digit more
-  std::string picture;     // IndF: the fixed format
+  std::string status;     // empty when the value stands
+  double resolution = 0;  // Ind: the step the value is shown to
+  bool detail = false;    // Ind: one digit more
+  std::string picture;    // IndF: the fixed format
 };
 
 MeterReading readMeter(Meter m, const SigCalc& calc, const SigTiming& timing, const MeterContext& ctx);

@@ -33,8 +33,8 @@ void MeterState::AvgReset() {
   AvgVal.clear();
 }
 
-bool MeterState::accept(float value, const std::string& status, Clocks& clocks, uint32_t nowMs, bool& curChanged,
-                        bool& minChanged, bool& maxChanged) {
+bool MeterState::accept(float value, const std::string& status, Clocks& clocks, uint32_t nowMs,
+                        bool& curChanged, bool& minChanged, bool& maxChanged) {
   if (stopped) return false;
   if (!status.empty()) {
     CurVal = status;
@@ -64,8 +64,8 @@ bool MeterState::accept(float value, const std::string& status, Clocks& clocks, 
   return true;
 }
 
-void MeterState::Ind(bool detail, const std::string& unit, float value, float resolution, const std::string& status,
-                     uint32_t nowMs) {
+void MeterState::Ind(bool detail, const std::string& unit, float value, float resolution,
+                     const std::string& status, uint32_t nowMs) {
   bool cur = false, min = false, max = false;
   if (!accept(value, status, indClocks_, nowMs, cur, min, max)) return;
   const MeterDigits form = detail ? MeterDigits::Four : MeterDigits::Three;
@@ -76,8 +76,8 @@ void MeterState::Ind(bool detail, const std::string& unit, float value, float re
   AvgVal = meterEngineeringText(AvgValue, 0, unit, true, detail ? MeterDigits::Five : MeterDigits::Four);
 }
 
-void MeterState::IndF(const std::string& unit, float value, const std::string& picture, const std::string& status,
-                      uint32_t nowMs) {
+void MeterState::IndF(const std::string& unit, float value, const std::string& picture,
+                      const std::string& status, uint32_t nowMs) {
   bool cur = false, min = false, max = false;
   if (!accept(value, status, indFClocks_, nowMs, cur, min, max)) return;
   if (cur) CurVal = formatPicture(LastValue, picture) + unit;

@@ -21,7 +21,7 @@ class MeterState {
   void MaxReset();
   void AvgReset();
 
-  bool stopped = false;   // StopKey down: the meter ignores everything
+  bool stopped = false;  // StopKey down: the meter ignores everything
   int32_t AvgTimeMs = 1000;
 
   std::string CurVal, MinVal, MaxVal, AvgVal;

@@ -39,8 +39,8 @@ std::string meterEngineeringText(double value, double resolution, const std::str
   // The row's limit is 9.95, 9.995 or 9.9995 times its power of ten, so rounding never reaches the next.
   const int n = static_cast<int>(digits);
   const double edge = 10 - 5 * std::pow(10.0, -(n - 1));
-  static const char* const kFixed[3][3] = {{"0.00", "00.0", "000 "}, {"0.000", "00.00", "000.0"},
-                                           {"0.0000", "00.000", "000.00"}};
+  static const char* const kFixed[3][3] = {
+      {"0.00", "00.0", "000 "}, {"0.000", "00.00", "000.0"}, {"0.0000", "00.000", "000.00"}};
   static const char* const kFree[3] = {"0.0#", "00.0", "000"};
   struct Decade {
     double scale;
@@ -50,14 +50,14 @@ std::string meterEngineeringText(double value, double resolution, const std::str
   double limit = edge * 1e-9;
   // Below the first row's decade (0 among them) the value falls through to the last row.
   if (m >= edge * 1e-10)
-  for (const Decade& d : kDecades) {
-    for (int row = 0; row < 3; ++row, limit *= 10) {
-      if (m < limit) {
-        const char* picture = fixedWidth ? kFixed[n - 3][row] : kFree[row];
-        return formatPicture(value * d.scale, picture) + d.prefix + unit;
+    for (const Decade& d : kDecades) {
+      for (int row = 0; row < 3; ++row, limit *= 10) {
+        if (m < limit) {
+          const char* picture = fixedWidth ? kFixed[n - 3][row] : kFree[row];
+          return formatPicture(value * d.scale, picture) + d.prefix + unit;
+        }
       }
     }
-  }
   return formatPicture(value / 1e9, "##0.0#") + "G" + unit;
 }
 

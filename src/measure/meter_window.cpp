@@ -8,8 +8,8 @@
 #include <QMenu>
 #include <QScreen>
 
-#include "ui/hot_key_dialog.h"
 #include "config/settings.h"
+#include "ui/hot_key_dialog.h"
 
 namespace zorvik {
 
@@ -155,12 +155,14 @@ void unimeter::Stp(const std::string& mnemonic) {
   show();
 }
 
-void unimeter::Ind(bool detail, const std::string& unit, float value, float resolution, const std::string& status) {
+void unimeter::Ind(bool detail, const std::string& unit, float value, float resolution,
+                   const std::string& status) {
   state_.Ind(detail, unit, value, resolution, status, static_cast<uint32_t>(clock_.elapsed()));
   showTexts();
 }
 
-void unimeter::IndF(const std::string& unit, float value, const std::string& picture, const std::string& status) {
+void unimeter::IndF(const std::string& unit, float value, const std::string& picture,
+                    const std::string& status) {
   state_.IndF(unit, value, picture, status, static_cast<uint32_t>(clock_.elapsed()));
   showTexts();
 }
@@ -208,7 +210,9 @@ void unimeter::applyColours() {
 void unimeter::pickColour(const char* key) {
   const QColor c = QColorDialog::getColor(colour(key), this, windowTitle());
   if (!c.isValid()) return;
-  guarded([&] { settings_.saveInt("Meters Colors", mnemonic_ + key, c.red() | (c.green() << 8) | (c.blue() << 16)); });
+  guarded([&] {
+    settings_.saveInt("Meters Colors", mnemonic_ + key, c.red() | (c.green() << 8) | (c.blue() << 16));
+  });
   applyColours();
 }
 
@@ -231,7 +235,8 @@ void unimeter::saveLayout() {
   if (mnemonic_.empty()) return;
   settings_.saveInt("Meters Positions", mnemonic_ + " Left", x());
   settings_.saveInt("Meters Positions", mnemonic_ + " Top", y());
-  const int zoom = reference_.height() > 0 ? std::max(1, static_cast<int>(height() / reference_.height())) : 1;
+  const int zoom =
+      reference_.height() > 0 ? std::max(1, static_cast<int>(height() / reference_.height())) : 1;
   settings_.saveInt("Meters Positions", mnemonic_ + " zoom", zoom);
 }
 

@@ -20,7 +20,9 @@ void forEachCode(std::string_view s, bool hiRes, F&& f) {
     f(static_cast<int32_t>(static_cast<uint8_t>(s[i])) * 256 + static_cast<uint8_t>(s[i + 1]));
 }
 
-float volts8(float fullScale, int32_t code, float zero) { return fullScale * static_cast<float>(code - 128) / 256 + zero; }
+float volts8(float fullScale, int32_t code, float zero) {
+  return fullScale * static_cast<float>(code - 128) / 256 + zero;
+}
 float volts16(float fullScale, int32_t code, float zero) {
   return fullScale * static_cast<float>(code - 32768) / 65536 + zero;
 }
@@ -121,7 +123,8 @@ void SigCalc::BuildLevelHistogram(std::string_view samples, bool IsHiRes, bool I
   auto byte = [&](size_t i) { return static_cast<int>(static_cast<uint8_t>(samples[i])); };
   if (IsPeak) {
     // A peak pair counts at its middle.
-    for (size_t i = 0; i + 1 < samples.size(); i += 2) ++LevelHistogram8[static_cast<size_t>((byte(i) + byte(i + 1)) / 2 + kGuard)];
+    for (size_t i = 0; i + 1 < samples.size(); i += 2)
+      ++LevelHistogram8[static_cast<size_t>((byte(i) + byte(i + 1)) / 2 + kGuard)];
   } else if (IsHiRes) {
     for (size_t i = 0; i + 1 < samples.size(); i += 2)
       ++LevelHistogram12[static_cast<size_t>(byte(i) * 16 + byte(i + 1) / 16 + kGuard)];
@@ -182,11 +185,13 @@ void SigCalc::FindRails(bool IsHiRes, int n) {
 }
 
 float SigCalc::TopRailVoltage(bool IsHiRes, float FullScaleVolts, float ZeroVolts) const {
-  return IsHiRes ? volts16(FullScaleVolts, TopCode16, ZeroVolts) : volts8(FullScaleVolts, TopCode8, ZeroVolts);
+  return IsHiRes ? volts16(FullScaleVolts, TopCode16, ZeroVolts)
+                 : volts8(FullScaleVolts, TopCode8, ZeroVolts);
 }
 
 float SigCalc::BaseRailVoltage(bool IsHiRes, float FullScaleVolts, float ZeroVolts) const {
-  // The base rail of a 16-bit record is read against 65636: the two rails differ by that, as they always have.
+  // The base rail of a 16-bit record is read against 65636: the two rails differ by that, as they always
+  // have.
   if (IsHiRes) return static_cast<float>(FullScaleVolts * (BaseCode16 - 32768) / 65636.0 + ZeroVolts);
   return volts8(FullScaleVolts, BaseCode8, ZeroVolts);
 }
@@ -205,7 +210,8 @@ float SigCalc::PositiveOvershoot(bool IsHiRes) const {
 float SigCalc::NegativeOvershoot(bool IsHiRes) const {
   const int32_t span = IsHiRes ? TopCode16 - BaseCode16 : TopCode8 - BaseCode8;
   if (span < 1) return 0;
-  return static_cast<float>(IsHiRes ? BaseCode16 - MinCode16 : BaseCode8 - MinCode8) / static_cast<float>(span);
+  return static_cast<float>(IsHiRes ? BaseCode16 - MinCode16 : BaseCode8 - MinCode8) /
+         static_cast<float>(span);
 }
 
 }  // namespace zorvik

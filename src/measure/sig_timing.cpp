@@ -10,8 +10,12 @@ namespace zorvik {
 namespace {
 
 // The record's 1-based character i as a code.
-int32_t at(std::string_view s, size_t i) { return static_cast<uint8_t>(s[i - 1]); }
-int32_t word(std::string_view s, size_t i) { return at(s, i) * 256 + at(s, i + 1); }
+int32_t at(std::string_view s, size_t i) {
+  return static_cast<uint8_t>(s[i - 1]);
+}
+int32_t word(std::string_view s, size_t i) {
+  return at(s, i) * 256 + at(s, i + 1);
+}
 
 // A slot of an edge list, the list grown to hold it.
 int32_t& slot(std::vector<int32_t>& list, int32_t index) {
@@ -37,21 +41,31 @@ void walk(std::string_view s, const RecordShape& shape, bool pairSums, F&& f) {
 
 }  // namespace
 
-void SigTiming::FindCrossings(std::string_view samples, const RecordShape& shape, int levelMode, int triggerByte,
-                              const SigCalc& calc) {
+void SigTiming::FindCrossings(std::string_view samples, const RecordShape& shape, int levelMode,
+                              int triggerByte, const SigCalc& calc) {
   RiseList.clear();
   FallList.clear();
   if (samples.size() < 32) return;
   const bool wide = shape.IsHiRes && !shape.IsPeak;
   switch (levelMode) {
-    case 1: level_ = wide ? (calc.MinCode16 + calc.MaxCode16) / 2 : calc.MinCode8 + calc.MaxCode8; break;
-    case 2: level_ = wide ? (calc.BaseCode16 + calc.TopCode16) / 2 : calc.BaseCode8 + calc.TopCode8; break;
-    case 3: level_ = wide ? triggerByte * 256 : triggerByte * 2; break;
-    default: level_ = wide ? 32768 : 256; break;
+    case 1:
+      level_ = wide ? (calc.MinCode16 + calc.MaxCode16) / 2 : calc.MinCode8 + calc.MaxCode8;
+      break;
+    case 2:
+      level_ = wide ? (calc.BaseCode16 + calc.TopCode16) / 2 : calc.BaseCode8 + calc.TopCode8;
+      break;
+    case 3:
+      level_ = wide ? triggerByte * 256 : triggerByte * 2;
+      break;
+    default:
+      level_ = wide ? 32768 : 256;
+      break;
   }
   const int32_t L = level_;
   walk(samples, shape, true, [&](size_t i, int32_t A, int32_t B) {
-    const int32_t pos = static_cast<int32_t>(shape.IsPeak ? (shape.OneCharSample ? i : i / 2) : shape.IsHiRes ? i / 2 : i);
+    const int32_t pos = static_cast<int32_t>(shape.IsPeak    ? (shape.OneCharSample ? i : i / 2)
+                                             : shape.IsHiRes ? i / 2
+                                                             : i);
     // Strictly from the other side: a signal resting on the level counts once, on arrival.
     if (A < L && L <= B)
       RiseList.push_back(pos);
@@ -66,9 +80,11 @@ void SigTiming::CalcPeriod(bool negativePolarity, float SamplePeriod) {
   if (PeriodCount < 1) return;
   // The polarity picks the list; a list of fewer than two entries gives way to the other.
   if (!(negativePolarity && f >= 2) && r >= 2)
-    Period = static_cast<float>(RiseList[static_cast<size_t>(r - 1)] - RiseList[0]) * SamplePeriod / static_cast<float>(r - 1);
+    Period = static_cast<float>(RiseList[static_cast<size_t>(r - 1)] - RiseList[0]) * SamplePeriod /
+             static_cast<float>(r - 1);
   else
-    Period = static_cast<float>(FallList[static_cast<size_t>(f - 1)] - FallList[0]) * SamplePeriod / static_cast<float>(f - 1);
+    Period = static_cast<float>(FallList[static_cast<size_t>(f - 1)] - FallList[0]) * SamplePeriod /
+             static_cast<float>(f - 1);
 }
 
 void SigTiming::CalcPulseWidth(bool negativePolarity, float SamplePeriod) {
@@ -87,7 +103,8 @@ void SigTiming::CalcPulseWidth(bool negativePolarity, float SamplePeriod) {
   if (PulseCount >= 1) PulseWidth = static_cast<float>(static_cast<double>(sum) / PulseCount * SamplePeriod);
 }
 
-void SigTiming::FindEdges(std::string_view samples, const RecordShape& shape, bool level2080, const SigCalc& calc) {
+void SigTiming::FindEdges(std::string_view samples, const RecordShape& shape, bool level2080,
+                          const SigCalc& calc) {
   RiseCount = FallCount = 0;
   RiseStarts.clear();
   RiseEnds.clear();
@@ -137,14 +154,16 @@ void SigTiming::FindEdges(std::string_view samples, const RecordShape& shape, bo
 float SigTiming::RiseTime(float SamplePeriod) const {
   if (RiseCount < 1) return 0;
   int64_t sum = 0;
-  for (int32_t k = 0; k < RiseCount; ++k) sum += RiseEnds[static_cast<size_t>(k)] - RiseStarts[static_cast<size_t>(k)];
+  for (int32_t k = 0; k < RiseCount; ++k)
+    sum += RiseEnds[static_cast<size_t>(k)] - RiseStarts[static_cast<size_t>(k)];
   return static_cast<float>(SamplePeriod * static_cast<double>(sum) / RiseCount / 10);
 }
 
 float SigTiming::FallTime(float SamplePeriod) const {
   if (FallCount < 1) return 0;
   int64_t sum = 0;
-  for (int32_t k = 0; k < FallCount; ++k) sum += FallEnds[static_cast<size_t>(k)] - FallStarts[static_cast<size_t>(k)];
+  for (int32_t k = 0; k < FallCount; ++k)
+    sum += FallEnds[static_cast<size_t>(k)] - FallStarts[static_cast<size_t>(k)];
   return static_cast<float>(SamplePeriod * static_cast<double>(sum) / FallCount / 10);
 }
 

@@ -11,9 +11,9 @@ struct Harmonic {
 };
 
 struct ThdResult {
-  bool valid = false;  // a fundamental was there
-  int harmonics = 0;   // H, the highest harmonic searched
-  float value = 0;     // percent
+  bool valid = false;           // a fundamental was there
+  int harmonics = 0;            // H, the highest harmonic searched
+  float value = 0;              // percent
   std::vector<Harmonic> lines;  // the fundamental first
 };
 
@@ -22,7 +22,7 @@ int harmonicsLimit(int typed);
 
 // Total harmonic distortion of the line at peakBin: each harmonic up to H searched by sin(x)/x within 5 % of
 // its place, in amplitude (root of the summed squares) or, with powerMode, in power, against the fundamental.
-ThdResult computeThd(const std::vector<float>& spectrum, int bins, float peakBin, float peakAmp, float samplePeriod,
-                     int maxHarm, bool powerMode);
+ThdResult computeThd(const std::vector<float>& spectrum, int bins, float peakBin, float peakAmp,
+                     float samplePeriod, int maxHarm, bool powerMode);
 
 }  // namespace zorvik

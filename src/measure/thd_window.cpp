@@ -84,7 +84,9 @@ QString THDmeter::percent(float v) const {
   return buf;
 }
 
-THDmeter::~THDmeter() { stage_.setReaderOpen(SpectrumStage::Reader::Thd, false); }
+THDmeter::~THDmeter() {
+  stage_.setReaderOpen(SpectrumStage::Reader::Thd, false);
+}
 
 // A minimised meter is still open.
 void THDmeter::showEvent(QShowEvent* event) {
@@ -100,7 +102,8 @@ void THDmeter::Ind(const SpectrumEngine& e, float samplePeriod) {
   const int typed = static_cast<int>(textToNumber(MaxHarm->text().toStdString(), 0));
   const int h = harmonicsLimit(typed);
   if (h != typed) MaxHarm->setText(QString::number(h));
-  const ThdResult r = computeThd(e.SpecAmp, e.SpecBins, e.PeakBin, e.PeakAmp, samplePeriod, h, PowerMode->isChecked());
+  const ThdResult r =
+      computeThd(e.SpecAmp, e.SpecBins, e.PeakBin, e.PeakAmp, samplePeriod, h, PowerMode->isChecked());
   if (!r.valid) return;
   if (HarmList->isChecked()) {
     if (rows_.size() != r.lines.size()) {

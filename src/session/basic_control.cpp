@@ -30,7 +30,8 @@ void BasicControl::put(int width, const char* name, int32_t value) {
     link->PutRegister4(name, value);
 }
 
-void BasicControl::fillRegisters(RegisterTable& t, TriggerControl* trigger, RunControl* run, FirmwareUpdate* fw) {
+void BasicControl::fillRegisters(RegisterTable& t, TriggerControl* trigger, RunControl* run,
+                                 FirmwareUpdate* fw) {
   ChannelControl& ch = channel_;
   TimebaseControl& tb = timebase_;
   DeviceCache& c = main_.cache();
@@ -38,22 +39,33 @@ void BasicControl::fillRegisters(RegisterTable& t, TriggerControl* trigger, RunC
     return [this, width, name, &value] { put(width, name, static_cast<int32_t>(value)); };
   };
   // name, writer, echo
-  t.add("O1", [&ch] { ch.PutGetRegisterO1(); }, [&ch] { ch.couplingUpdate(); });
-  t.add("M1", [&ch] { ch.PutGetRegisterM1(); }, [&ch] { ch.modeUpdate(); });
-  t.add("V1", [&ch] { ch.PutGetRegisterV1(); }, [&ch] { ch.sensitivityUpdate(); });
-  t.add("P1", [&ch] { ch.PutGetRegisterP1(); }, [&ch] { ch.offsetUpdate(); });
-  t.add("TC", [&tb] { tb.PutGetRegisterTC(); }, [&tb] { tb.presampleUpdate(); });
-  t.add("RS", [&tb] { tb.PutGetRegisterRS(); }, [&tb] { tb.rsUpdate(); });
+  t.add(
+      "O1", [&ch] { ch.PutGetRegisterO1(); }, [&ch] { ch.couplingUpdate(); });
+  t.add(
+      "M1", [&ch] { ch.PutGetRegisterM1(); }, [&ch] { ch.modeUpdate(); });
+  t.add(
+      "V1", [&ch] { ch.PutGetRegisterV1(); }, [&ch] { ch.sensitivityUpdate(); });
+  t.add(
+      "P1", [&ch] { ch.PutGetRegisterP1(); }, [&ch] { ch.offsetUpdate(); });
+  t.add(
+      "TC", [&tb] { tb.PutGetRegisterTC(); }, [&tb] { tb.presampleUpdate(); });
+  t.add(
+      "RS", [&tb] { tb.PutGetRegisterRS(); }, [&tb] { tb.rsUpdate(); });
   t.add("MC", nullptr, [&tb] { tb.samplingUpdate(); });
   t.add("TS", nullptr, [&tb] { tb.timeBaseUpdate(); });
   t.add("QS", nullptr, [&tb] { tb.qsUpdate(); });
   if (trigger) {
     TriggerControl& tr = *trigger;
-    t.add("T1", [&tr] { tr.PutGetRegisterT1(); }, [&tr] { tr.t1Echo(); });
-    t.add("S1", [&tr] { tr.PutGetRegisterS1(); }, [&tr] { tr.s1Echo(); });
-    t.add("TA", [&tr] { tr.PutGetRegisterTA(); }, [&tr] { tr.timeoutEcho(); });
-    t.add("TW", [&tr] { tr.PutGetRegisterTW(); }, [&tr] { tr.timeoutEcho(); });
-    t.add("TD", [&tr] { tr.PutGetRegisterTD(); }, [&tr] { tr.tdEcho(); });
+    t.add(
+        "T1", [&tr] { tr.PutGetRegisterT1(); }, [&tr] { tr.t1Echo(); });
+    t.add(
+        "S1", [&tr] { tr.PutGetRegisterS1(); }, [&tr] { tr.s1Echo(); });
+    t.add(
+        "TA", [&tr] { tr.PutGetRegisterTA(); }, [&tr] { tr.timeoutEcho(); });
+    t.add(
+        "TW", [&tr] { tr.PutGetRegisterTW(); }, [&tr] { tr.timeoutEcho(); });
+    t.add(
+        "TD", [&tr] { tr.PutGetRegisterTD(); }, [&tr] { tr.tdEcho(); });
   } else {
     t.add("T1", cached(1, "T1", c.T1), nullptr);
     t.add("S1", cached(1, "S1", c.S1), nullptr);
@@ -63,9 +75,12 @@ void BasicControl::fillRegisters(RegisterTable& t, TriggerControl* trigger, RunC
   }
   if (run) {
     RunControl& r = *run;
-    t.add("RT", [&r] { r.PutGetRegisterRT(); }, [&r] { r.rtEcho(); });
-    t.add("AP", [&r] { r.PutGetRegisterAP(); }, [&r] { r.apEcho(); });
-    t.add("AR", [&r] { r.PutGetRegisterAR(); }, [&r] { r.arEcho(); });
+    t.add(
+        "RT", [&r] { r.PutGetRegisterRT(); }, [&r] { r.rtEcho(); });
+    t.add(
+        "AP", [&r] { r.PutGetRegisterAP(); }, [&r] { r.apEcho(); });
+    t.add(
+        "AR", [&r] { r.PutGetRegisterAR(); }, [&r] { r.arEcho(); });
     t.applyRunMode = [&r] {
       if (r.model().WorkMode) r.applyWorkMode();
     };

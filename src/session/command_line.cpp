@@ -56,7 +56,8 @@ int wholeNumberOption(const std::string& name, const std::string& text, int lo, 
   const char* end = text.data() + text.size();
   auto [at, ec] = std::from_chars(text.data(), end, v);
   if (ec != std::errc() || at != end || v < lo || v > hi)
-    throw Fault(name + " wants a whole number from " + std::to_string(lo) + " to " + std::to_string(hi) + ": " + text);
+    throw Fault(name + " wants a whole number from " + std::to_string(lo) + " to " + std::to_string(hi) +
+                ": " + text);
   return static_cast<int>(v);
 }
 

@@ -1,8 +1,8 @@
 // The header table: every name the device reports, its decoding and what runs next.
 #include <cstdio>
 
-#include "signal/header_value.h"
 #include "session/main_controller.h"
+#include "signal/header_value.h"
 
 namespace zorvik {
 
@@ -41,14 +41,18 @@ bool store(T& target, const std::string& value, F fit) {
 
 }  // namespace
 
-void MainController::ObexLinkDLL1_HeaderEvent(const std::string& name, const std::string& value, bool parallel) {
+void MainController::ObexLinkDLL1_HeaderEvent(const std::string& name, const std::string& value,
+                                              bool parallel) {
   // Data first: a packet costs one comparison before it reaches the parser.
   if (name == "D") {
     dataHeader(value, parallel);
     return;
   }
   if (name == "VHW" || name == "VSW" || name == "VNM" || name == "VSN") {
-    std::string& target = name == "VHW" ? cache_.VHW : name == "VSW" ? cache_.VSW : name == "VNM" ? cache_.VNM : cache_.VSN;
+    std::string& target = name == "VHW"   ? cache_.VHW
+                          : name == "VSW" ? cache_.VSW
+                          : name == "VNM" ? cache_.VNM
+                                          : cache_.VSN;
     target = value;
     setField("Property_" + name, value);
     if (name == "VSN" && link_) {
@@ -170,7 +174,8 @@ void MainController::limitHeader(const std::string& name, const std::string& val
     bool low = name == "MCl";
     (low ? cache_.MCl : cache_.MCh) = v;
     if (v > 100) {
-      setField(low ? "DeviceClockPage.ClockMCUmax" : "DeviceClockPage.ClockMCUmin", std::to_string(100000 / v));
+      setField(low ? "DeviceClockPage.ClockMCUmax" : "DeviceClockPage.ClockMCUmin",
+               std::to_string(100000 / v));
       setField(low ? "DevicePage.ClockMCUmax" : "DevicePage.ClockMCUmin", generalText(v / 100.0));
     }
     flag(low ? 2 : 3);
@@ -204,7 +209,8 @@ bool MainController::registerHeader(const std::string& name, const std::string& 
     if (!store(cache_.TS, value, fit32)) return true;
     replotNeeded_ = true;
     int32_t ts = cache_.TS;
-    setField("ClockPerSampleCur", ts >= 255 ? std::to_string(ts / 256) : generalText(ts / 256.0).substr(0, 5));
+    setField("ClockPerSampleCur",
+             ts >= 255 ? std::to_string(ts / 256) : generalText(ts / 256.0).substr(0, 5));
     registers_.echo("TS");
   } else if (name == "RS") {
     if (!store(cache_.RS, value, fitByte)) return true;
@@ -278,6 +284,8 @@ void MainController::risDiagnostic(const std::string& value) {
   }
 }
 
-void MainController::ObexLinkDLL1_rollevent(const std::string& chunk, int32_t total) { roll_->rollevent(chunk, total); }
+void MainController::ObexLinkDLL1_rollevent(const std::string& chunk, int32_t total) {
+  roll_->rollevent(chunk, total);
+}
 
 }  // namespace zorvik

@@ -9,7 +9,8 @@
 
 namespace zorvik {
 
-HeadlessSession::HeadlessSession(SettingsStore& settings, const std::vector<std::string>& simOptions, int cpuMHz) {
+HeadlessSession::HeadlessSession(SettingsStore& settings, const std::vector<std::string>& simOptions,
+                                 int cpuMHz) {
   SimConfig config;
   for (const auto& o : simOptions) applySimOptions(config, o);
   sim_ = std::make_unique<SimulatedObex>(config);
@@ -47,7 +48,8 @@ void HeadlessSession::dataHeader(const std::string& packet, bool parallel, bool 
     if (wanted_ > 0 && taken() >= wanted_) recorder_->SetRepeatCommand(false, "", false);
     const bool kept = log_.size() < SessionResult::kMaxPacketLog;
     open_.push_back(kept ? log_.size() : kNotKept);
-    if (kept) log_.push_back({packet.size(), !packet.empty() && decodePacket(packet).triggered, parallel, {}});
+    if (kept)
+      log_.push_back({packet.size(), !packet.empty() && decodePacket(packet).triggered, parallel, {}});
     return;
   }
   ++dataHeaders_;
@@ -71,7 +73,8 @@ SessionResult HeadlessSession::run(const SessionOptions& options) {
   main().KeyConnect_Click();
   r.readyReached = spinUntil(
       [&] {
-        return main().sessionState() == SessionState::Ready || main().sessionState() == SessionState::NoSession;
+        return main().sessionState() == SessionState::Ready ||
+               main().sessionState() == SessionState::NoSession;
       },
       left());
   r.readyReached = r.readyReached && main().sessionState() == SessionState::Ready;
@@ -82,7 +85,8 @@ SessionResult HeadlessSession::run(const SessionOptions& options) {
     }
   };
   if (!r.readyReached) {
-    r.error = "the session did not reach Ready (state " + std::string(sessionStateName(main().sessionState())) + ")";
+    r.error = "the session did not reach Ready (state " +
+              std::string(sessionStateName(main().sessionState())) + ")";
     // The keys still go in, so that what they do (or may not do) before Ready shows.
     pressKeys();
     spinUntil([] { return false; }, 50);
@@ -108,7 +112,8 @@ SessionResult HeadlessSession::run(const SessionOptions& options) {
     wanted_ = 0;
     r.packets = taken();
     if (r.packets < options.packets)
-      r.error = "only " + std::to_string(r.packets) + " of " + std::to_string(options.packets) + " packets arrived";
+      r.error =
+          "only " + std::to_string(r.packets) + " of " + std::to_string(options.packets) + " packets arrived";
   }
   r.device = main().cache();
   r.statusText = main().state().modeText;

@@ -13,7 +13,8 @@ constexpr char kRecorderKeys[] = {'A', 'R'};
 
 bool KeyMap::isKeyName(const std::string& key) {
   if (key.size() == 1) return key[0] > ' ' && key[0] < 127;
-  for (const char* n : {"Esc", "Left", "Right", "Up", "Down", "Home", "End", "PageUp", "PageDown", "Backspace"})
+  for (const char* n :
+       {"Esc", "Left", "Right", "Up", "Down", "Home", "End", "PageUp", "PageDown", "Backspace"})
     if (key == n) return true;
   return false;
 }
@@ -50,33 +51,72 @@ bool KeyMap::press(const std::string& key, int64_t nowMs, bool shift, bool alt) 
       prefix_ = c;
       prefixAt_ = nowMs;
       return true;
-    case 'X': actions_.toggleSyncroLine(); return true;
-    case '0': actions_.toggleNullLine(); return true;
-    case 'I': actions_.toggleInterpolation(); return true;
-    case 'V': actions_.linePlot(); return true;
-    case 'P': actions_.psetPlot(); return true;
-    case 'W': actions_.toggleWide(); return true;
-    case 'Z':
-      if (shift && alt) actions_.showDebugCommand();
-      else actions_.toggleZoom();
+    case 'X':
+      actions_.toggleSyncroLine();
       return true;
-    case 'Q': actions_.layoutDisplay(); return true;
-    case 'A': actions_.toggleAverage(); return true;
-    case 'H': actions_.toggleHiRes(); return true;
-    case 'D': actions_.toggleOpenClose(); return true;
-    case 'E': actions_.toggleMemoKey(); return true;
-    case 'G': actions_.toggleGround(); return true;
-    case 'R': actions_.toggleAutoWait(); return true;
-    case 'C': actions_.calibrate(); return true;
-    case ',': actions_.stepTrigLevel(-1); return true;
-    case '.': actions_.stepTrigLevel(1); return true;
-    case '\\': actions_.toggleWorkMode(); return true;
-    case '/': actions_.repaintDisplay(); return true;
+    case '0':
+      actions_.toggleNullLine();
+      return true;
+    case 'I':
+      actions_.toggleInterpolation();
+      return true;
+    case 'V':
+      actions_.linePlot();
+      return true;
+    case 'P':
+      actions_.psetPlot();
+      return true;
+    case 'W':
+      actions_.toggleWide();
+      return true;
+    case 'Z':
+      if (shift && alt)
+        actions_.showDebugCommand();
+      else
+        actions_.toggleZoom();
+      return true;
+    case 'Q':
+      actions_.layoutDisplay();
+      return true;
+    case 'A':
+      actions_.toggleAverage();
+      return true;
+    case 'H':
+      actions_.toggleHiRes();
+      return true;
+    case 'D':
+      actions_.toggleOpenClose();
+      return true;
+    case 'E':
+      actions_.toggleMemoKey();
+      return true;
+    case 'G':
+      actions_.toggleGround();
+      return true;
+    case 'R':
+      actions_.toggleAutoWait();
+      return true;
+    case 'C':
+      actions_.calibrate();
+      return true;
+    case ',':
+      actions_.stepTrigLevel(-1);
+      return true;
+    case '.':
+      actions_.stepTrigLevel(1);
+      return true;
+    case '\\':
+      actions_.toggleWorkMode();
+      return true;
+    case '/':
+      actions_.repaintDisplay();
+      return true;
     case 'T':
       if (!devMode) return false;
       actions_.plotSpeedTest();
       return true;
-    default: return false;
+    default:
+      return false;
   }
 }
 

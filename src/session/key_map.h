@@ -34,7 +34,8 @@ class KeyActions {
   virtual void toggleWorkMode() {}
   virtual void repaintDisplay() {}
   virtual void plotSpeedTest() {}
-  // Second level of "M": the meter of that key (one of "DHLVAUNFPWCTBR5/\\'."), "S" the FFT, "Q" the histogram.
+  // Second level of "M": the meter of that key (one of "DHLVAUNFPWCTBR5/\\'."), "S" the FFT, "Q" the
+  // histogram.
   virtual void openMeter(char /*key*/) {}
   virtual void openMeterFFT() {}
   virtual void openMeterStat() {}

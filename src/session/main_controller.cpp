@@ -42,7 +42,9 @@ void MainController::setIdentity(const InstanceIdentity& id) {
   changed();
 }
 
-uint32_t MainController::tickMs() { return DeviceContext::tickMs(); }
+uint32_t MainController::tickMs() {
+  return DeviceContext::tickMs();
+}
 
 void MainController::setConnectCaption(const std::string& caption) {
   state_.connectCaption = caption;
@@ -86,7 +88,8 @@ void MainController::ObexLinkDLL1_NoZorvikFoundEvent() {
   bool automatic = false;
   link_->GetPortIsAutomatic(automatic);
   if (automatic) return;
-  std::string text = std::string("No answer. Check device power and cable.") + kCrLf + "Setup another port number?";
+  std::string text =
+      std::string("No answer. Check device power and cable.") + kCrLf + "Setup another port number?";
   if (messages_.show(BoxKind::Question, "PortSetup", text) == kAnswerYes) link_->ShowPortSetup(true);
 }
 
@@ -118,7 +121,8 @@ void MainController::ObexLinkDLL1_StartSessionEvent() {
     link_->GetProperty(p);
   if (unimeterOpen) link_->GetProperty("L_B");
   // The stored settings go out in this order; T1 again after S1, on purpose.
-  for (const char* r : {"O1", "M1", "T1", "V1", "P1", "S1", "T1", "RT", "AP", "AR", "TA", "TW", "TD", "TC", "RS"})
+  for (const char* r :
+       {"O1", "M1", "T1", "V1", "P1", "S1", "T1", "RT", "AP", "AR", "TA", "TW", "TD", "TC", "RS"})
     registers_.write(r);
   sessionSetupDone_ = true;
   checkSetup();
@@ -188,16 +192,22 @@ PacketInfo MainController::ProcessPacket(const std::string& packet) {
   return info;
 }
 
-void MainController::replayLastPacket() { ProcessPacket(lastPacket_); }
+void MainController::replayLastPacket() {
+  ProcessPacket(lastPacket_);
+}
 
 void MainController::showFrameRate(int fps) {
   state_.fps = fps;
   changed();
 }
 
-void MainController::setModeTextColor(uint32_t bgr) { state_.modeColor = bgr; }
+void MainController::setModeTextColor(uint32_t bgr) {
+  state_.modeColor = bgr;
+}
 
-void MainController::setNoTriggerVisible(bool visible) { state_.noTriggerVisible = visible; }
+void MainController::setNoTriggerVisible(bool visible) {
+  state_.noTriggerVisible = visible;
+}
 
 void MainController::setRisIndicator(bool visible, const std::string& caption) {
   state_.risVisible = visible;
@@ -260,7 +270,9 @@ void MainController::rollHeader(const PacketInfo& header) {
   changed();
 }
 
-void MainController::rollSampleCount(int count) { processor_.setSampleCount(count); }
+void MainController::rollSampleCount(int count) {
+  processor_.setSampleCount(count);
+}
 
 void MainController::rollProgress(bool finished) {
   if (workModeSerial) return;

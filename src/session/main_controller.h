@@ -1,8 +1,8 @@
 #pragma once
 #include <QTimer>
 #include <array>
-#include <functional>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -45,7 +45,8 @@ class MainController : public DeviceContext, public ObexEvents, public PacketHos
   // The packet entry; every redraw is a replay through it.
   PacketInfo ProcessPacket(const std::string& packet) override;
   void replayLastPacket() override;
-  // The developer's plot speed test (key "T" with --dev): 20 synthetic packets, frames per second in the title.
+  // The developer's plot speed test (key "T" with --dev): 20 synthetic packets, frames per second in the
+  // title.
   void PlotSpeedTest();
 
   int SampleCount() const override { return processor_.SampleCount(); }
@@ -77,7 +78,9 @@ class MainController : public DeviceContext, public ObexEvents, public PacketHos
   bool selectRectVisible() const override { return stages_->selectRectVisible(); }
   void sampleCountChanged(int n) override { stages_->sampleCountChanged(n); }
   void SetModeLabel(uint32_t mode, bool multi, int n) override { stages_->SetModeLabel(mode, multi, n); }
-  void PlotSamples(std::string_view s, int n, bool dec, bool two) override { stages_->PlotSamples(s, n, dec, two); }
+  void PlotSamples(std::string_view s, int n, bool dec, bool two) override {
+    stages_->PlotSamples(s, n, dec, two);
+  }
   void PlotPeaks(std::string_view s, int n, bool half) override { stages_->PlotPeaks(s, n, half); }
   void measure(const SegmentData& s) override { stages_->measure(s); }
   void spectrum(const SegmentData& s) override { stages_->spectrum(s); }

@@ -26,6 +26,8 @@ void RegisterTable::echo(std::string_view name) const {
   if (const Entry* e = find(name); e && e->echo) e->echo();
 }
 
-void RegisterTable::clear() { *this = RegisterTable(); }
+void RegisterTable::clear() {
+  *this = RegisterTable();
+}
 
 }  // namespace zorvik

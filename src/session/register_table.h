@@ -37,7 +37,7 @@ class RegisterTable {
   std::function<bool()> firmwareLoadRunning = [] { return false; };
   std::function<void()> startFirmwareLoad = [] {};
   std::function<void(const std::string&, const std::string&)> firmwareHeader = [](const std::string&,
-                                                                                   const std::string&) {};
+                                                                                  const std::string&) {};
   // Items of the instrument's own display.
   std::function<void(const std::string&)> devDispHeader = [](const std::string&) {};
 

@@ -13,7 +13,9 @@ const char* const kManualCaption = "Manual: one-time sampling by Start key";
 const char* const kAutoCaption = "AUTO: Sampling even if no trigger occurs";
 const char* const kNormCaption = "NORM: Sampling will be only if the trigger occurs.";
 
-int clampIndex(int i, size_t size) { return std::clamp(i, 0, static_cast<int>(size) - 1); }
+int clampIndex(int i, size_t size) {
+  return std::clamp(i, 0, static_cast<int>(size) - 1);
+}
 }  // namespace
 
 const std::vector<int>& calibrationDelayList() {
@@ -44,7 +46,9 @@ int averagesEntryFor(const std::vector<std::string>& list, int value) {
   return 0;
 }
 
-RunControl::RunControl(MainController& main) : main_(main) { loadSettings(); }
+RunControl::RunControl(MainController& main) : main_(main) {
+  loadSettings();
+}
 
 void RunControl::loadSettings() {
   SettingsStore& s = main_.settings();
@@ -60,7 +64,8 @@ void RunControl::loadSettings() {
   main_.cache().RT = static_cast<uint8_t>((main_.cache().RT & 0xFE) | (model_.AutoWait ? 0 : 1));
   model_.keyStartVisible = !model_.WorkMode;
   main_.workModeSerial = model_.WorkMode;
-  model_.frameModeCaption = model_.WorkMode ? (model_.AutoWait ? kAutoCaption : kNormCaption) : kManualCaption;
+  model_.frameModeCaption =
+      model_.WorkMode ? (model_.AutoWait ? kAutoCaption : kNormCaption) : kManualCaption;
   setToolTips();
 }
 

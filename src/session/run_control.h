@@ -10,8 +10,8 @@ class MainController;
 
 // What the front panel shows of the run state.
 struct RunModel {
-  bool WorkMode = true;   // serial acquisitions
-  bool AutoWait = true;   // Auto (untriggered after a time-out) rather than Norm
+  bool WorkMode = true;  // serial acquisitions
+  bool AutoWait = true;  // Auto (untriggered after a time-out) rather than Norm
   bool keyStartVisible = false;
   std::string frameModeCaption;
   std::string workModeToolTip;

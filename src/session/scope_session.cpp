@@ -100,7 +100,8 @@ ScopeSession::ScopeSession(SettingsStore& settings, const InstanceIdentity& iden
 
   // The roll stream draws on the display's surface.
   rollCanvas_ = std::make_unique<DisplayRollCanvas>(*display_);
-  main_->setRollCanvas(rollCanvas_.get(), [this] { return rollSettingsOf(*display_, main_->scale().SamplesPerDiv); });
+  main_->setRollCanvas(rollCanvas_.get(),
+                       [this] { return rollSettingsOf(*display_, main_->scale().SamplesPerDiv); });
   main_->setNoTriggerMsg(display_->settings().noTrigMsg);
   main_->onNoTrigger = [this] { display_->ClearIntensity(); };
 
@@ -148,8 +149,12 @@ ScopeSession::~ScopeSession() {
   main_->setStages(nullptr);
 }
 
-ChannelControl& ScopeSession::channel() { return control_->channel(); }
-TimebaseControl& ScopeSession::timebase() { return control_->timebase(); }
+ChannelControl& ScopeSession::channel() {
+  return control_->channel();
+}
+TimebaseControl& ScopeSession::timebase() {
+  return control_->timebase();
+}
 
 void ScopeSession::setKeyActions(KeyActions* actions) {
   keys_ = std::make_unique<KeyMap>(actions ? *actions : static_cast<KeyActions&>(*runKeys_));

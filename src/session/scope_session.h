@@ -81,13 +81,14 @@ class ScopeSession {
   std::function<void()> onTriggerView = [] {};  // the trigger's model changed
   std::function<void()> onHorZoomView = [] {};  // the horizontal view zoom changed
   std::function<void()> onVertZoomView = [] {};
-  std::function<void()> onLayoutView = [] {};   // the display was laid out anew (its size may change)
+  std::function<void()> onLayoutView = [] {};  // the display was laid out anew (its size may change)
   // Pictures of the display carry the labels.
   std::function<bool()> picturesWithLabels = [] { return false; };
 
   // A display setting changed: stored, laid out anew when `setup`, and the last packet drawn again.
   void displaySettingChanged(const char* name, bool setup);
-  // The controllers' scale reaches the display's inputs and the front end, and the last packet is drawn again.
+  // The controllers' scale reaches the display's inputs and the front end, and the last packet is drawn
+  // again.
   void refreshScale();
   // The zoom of the stored positions; a fast time base without RIS stands on its own zoom.
   void restoreZoom();

@@ -70,8 +70,12 @@ void SessionKeys::stepVScroll(int step) {
   if (s_.channel().model().HardwShift1) s_.channel().stepVScroll(step);
 }
 
-void SessionKeys::stepTimeDiv(int step) { s_.timebase().stepTimeDiv(step); }
-void SessionKeys::stepVoltDiv(int step) { s_.channel().stepVoltDiv(step); }
+void SessionKeys::stepTimeDiv(int step) {
+  s_.timebase().stepTimeDiv(step);
+}
+void SessionKeys::stepVoltDiv(int step) {
+  s_.channel().stepVoltDiv(step);
+}
 
 void SessionKeys::toggleAverage() {
   auto& ch = s_.channel();

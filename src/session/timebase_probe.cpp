@@ -4,8 +4,8 @@
 #include "control/silent_obex.h"
 #include "control/timebase_control.h"
 #include "core/fault.h"
-#include "session/main_controller.h"
 #include "core/recording_sink.h"
+#include "session/main_controller.h"
 
 namespace zorvik {
 

@@ -33,7 +33,9 @@ struct PacketInfo {
   bool oneCharSample = true;
 };
 
-inline uint32_t segmentMode(uint32_t word) { return word & 0x700; }
+inline uint32_t segmentMode(uint32_t word) {
+  return word & 0x700;
+}
 
 // Decodes the header of a packet. Never reads past the end: a header cut short reads its missing words as 0.
 PacketInfo decodePacket(std::string_view packet);

@@ -29,7 +29,8 @@ class PacketStages {
   // The time base follows a new sample count (centre time, displayed time base, time labels).
   virtual void sampleCountChanged(int /*sampleCount*/) {}
   virtual void SetModeLabel(uint32_t /*mode*/, bool /*multi*/, int /*n*/) {}
-  virtual void PlotSamples(std::string_view /*segment*/, int /*n*/, bool /*allowDecimation*/, bool /*twoBytes*/) {}
+  virtual void PlotSamples(std::string_view /*segment*/, int /*n*/, bool /*allowDecimation*/,
+                           bool /*twoBytes*/) {}
   virtual void PlotPeaks(std::string_view /*segment*/, int /*n*/, bool /*halfRatePairs*/) {}
   // Readers of segment 1, each only when somebody looks.
   virtual void measure(const SegmentData& /*segment*/) {}

@@ -49,19 +49,32 @@ PacketInfo PacketProcessor::ProcessPacket(const std::string& packet) {
     // Only a one-segment packet carries its samples to the plotters; the others plot nothing.
     std::string_view seg = n == 1 ? info.segment1 : std::string_view{};
     switch (mode) {
-      case kModeAverage: host_.PlotSamples(seg, n, true, false); break;
-      case kModeHiRes: host_.PlotSamples(seg, n, true, true); break;
-      case kModePeakPairsHalf: host_.PlotPeaks(seg, n, true); break;
-      case kModePeakPairs: host_.PlotPeaks(seg, n, false); break;
-      case kModeSample: host_.PlotSamples(seg, n, false, false); break;
-      default: host_.unsupportedMode("Unsupported sampling mode =  " + numberText(word / 256)); break;
+      case kModeAverage:
+        host_.PlotSamples(seg, n, true, false);
+        break;
+      case kModeHiRes:
+        host_.PlotSamples(seg, n, true, true);
+        break;
+      case kModePeakPairsHalf:
+        host_.PlotPeaks(seg, n, true);
+        break;
+      case kModePeakPairs:
+        host_.PlotPeaks(seg, n, false);
+        break;
+      case kModeSample:
+        host_.PlotSamples(seg, n, false, false);
+        break;
+      default:
+        host_.unsupportedMode("Unsupported sampling mode =  " + numberText(word / 256));
+        break;
     }
   }
   if (host_.modeText() == "Started") host_.setModeText("Stopped");
 
   SegmentData seg{info.segment1, info.isHiRes, info.isPeak, info.oneCharSample, frameInterval_};
   // With the selection rectangle up the readers see a fixed cut of the record, whatever it covers.
-  if (host_.selectRectVisible()) seg.bytes = seg.bytes.size() > 49 ? seg.bytes.substr(49, 50) : std::string_view{};
+  if (host_.selectRectVisible())
+    seg.bytes = seg.bytes.size() > 49 ? seg.bytes.substr(49, 50) : std::string_view{};
   host_.measure(seg);
   host_.spectrum(seg);
   host_.stat(seg);

@@ -13,7 +13,9 @@ uint32_t scaled(uint32_t rgb, int brightness) {
   uint32_t r = (rgb >> 16) & 0xFF, g = (rgb >> 8) & 0xFF, b = rgb & 0xFF;
   return ((r * brightness / 255) << 16) | ((g * brightness / 255) << 8) | (b * brightness / 255);
 }
-int pairBrightness(int d) { return static_cast<int>(256 - 0.7 * d); }
+int pairBrightness(int d) {
+  return static_cast<int>(256 - 0.7 * d);
+}
 }  // namespace
 
 void RollStream::rollevent(std::string_view chunk, int32_t total) {
@@ -72,7 +74,8 @@ void RollStream::startGeometry() {
     ratio_ *= 2;
     count /= 2;
   }
-  if (mode_ == kModePeakPairs || mode_ == kModePeakPairsHalf) count = count_ / (mode_ == kModePeakPairs ? 1 : 2);
+  if (mode_ == kModePeakPairs || mode_ == kModePeakPairsHalf)
+    count = count_ / (mode_ == kModePeakPairs ? 1 : 2);
   const double w = s_.plotWidth;
   if (ratio_ * static_cast<double>(count) >= w) {
     x0_ = 0;
@@ -115,8 +118,10 @@ void RollStream::dataByte(unsigned char byte) {
       }
       phase_ = !phase_;
     } else if (mode == kModePeakPairs || mode == kModePeakPairsHalf) {
-      if (!phase_) high_ = byte;
-      else pair(scale8(high_), scale8(byte));
+      if (!phase_)
+        high_ = byte;
+      else
+        pair(scale8(high_), scale8(byte));
       phase_ = !phase_;
     } else {
       sample(scale8(byte));

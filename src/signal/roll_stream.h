@@ -23,9 +23,9 @@ class RollCanvas {
 struct RollSettings {
   int plotWidth = 320;
   int samplesPerDiv = 16;
-  int step = 1;           // PlotSpeed1
-  double vZoom = 1;       // ScrollVzoom1 factor
-  double vScrollFrac = 0; // Value / (Max - Min) of ScrollVzoom1
+  int step = 1;            // PlotSpeed1
+  double vZoom = 1;        // ScrollVzoom1 factor
+  double vScrollFrac = 0;  // Value / (Max - Min) of ScrollVzoom1
   bool linePlot = true;
   bool psetPlot = false;
   bool varBright = true;

@@ -14,7 +14,9 @@ class ChainedStages : public PacketStages {
   bool selectRectVisible() const override { return next_->selectRectVisible(); }
   void sampleCountChanged(int n) override { next_->sampleCountChanged(n); }
   void SetModeLabel(uint32_t mode, bool multi, int n) override { next_->SetModeLabel(mode, multi, n); }
-  void PlotSamples(std::string_view s, int n, bool dec, bool two) override { next_->PlotSamples(s, n, dec, two); }
+  void PlotSamples(std::string_view s, int n, bool dec, bool two) override {
+    next_->PlotSamples(s, n, dec, two);
+  }
   void PlotPeaks(std::string_view s, int n, bool half) override { next_->PlotPeaks(s, n, half); }
   void measure(const SegmentData& s) override { next_->measure(s); }
   void spectrum(const SegmentData& s) override { next_->spectrum(s); }

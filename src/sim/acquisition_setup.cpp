@@ -9,7 +9,7 @@ namespace {
 constexpr double kDefaultSamplePeriod = 1e-6;  // before the first time base is written
 constexpr uint16_t kDefaultMilliVoltsPerDiv = 200;
 constexpr size_t kDefaultRecordLength = 1000;
-constexpr double kLowBandLimitHz = 3e3;   // only up to 200 mV/div
+constexpr double kLowBandLimitHz = 3e3;  // only up to 200 mV/div
 constexpr double kHighBandLimitHz = 3e6;
 // Auto mode with TA 0 does not give up at once, or it would never show a triggered trace.
 constexpr double kDefaultAutoWait = 0.1;
@@ -30,7 +30,9 @@ double AcquisitionSetup::voltsPerDiv() const {
   return (V1 != 0 ? V1 : kDefaultMilliVoltsPerDiv) / 1000.0;
 }
 
-double AcquisitionSetup::offsetVolts() const { return P1 * 8.0 * voltsPerDiv() / 256.0; }
+double AcquisitionSetup::offsetVolts() const {
+  return P1 * 8.0 * voltsPerDiv() / 256.0;
+}
 
 double AcquisitionSetup::triggerLevel() const {
   return offsetVolts() + (S1 - 128) / 32.0 * voltsPerDiv();
@@ -41,21 +43,27 @@ size_t AcquisitionSetup::recordLength() const {
   return std::min<size_t>(wanted, qsh);
 }
 
-size_t AcquisitionSetup::presamples() const { return std::min<size_t>(TC, recordLength()); }
+size_t AcquisitionSetup::presamples() const {
+  return std::min<size_t>(TC, recordLength());
+}
 
 double AcquisitionSetup::countSeconds(uint32_t counts) const {
   const uint32_t clock = MC != 0 ? MC : MCd;
   return static_cast<double>(counts) * 12.0 * static_cast<double>(clock) * 1e-11;
 }
 
-bool AcquisitionSetup::risActive() const { return (RS & 1) != 0 && TS != 0 && TS < risFloor; }
+bool AcquisitionSetup::risActive() const {
+  return (RS & 1) != 0 && TS != 0 && TS < risFloor;
+}
 
 InputConditioning AcquisitionSetup::conditioning() const {
   InputConditioning c;
   c.grounded = (O1 & 1) != 0;
   c.acCoupled = (O1 & 2) != 0;
-  if ((O1 & 8) != 0 && voltsPerDiv() <= 0.2) c.cutoffHz = kLowBandLimitHz;
-  else if ((O1 & 4) != 0) c.cutoffHz = kHighBandLimitHz;
+  if ((O1 & 8) != 0 && voltsPerDiv() <= 0.2)
+    c.cutoffHz = kLowBandLimitHz;
+  else if ((O1 & 4) != 0)
+    c.cutoffHz = kHighBandLimitHz;
   return c;
 }
 
@@ -64,7 +72,9 @@ double AcquisitionSetup::hysteresisVolts(Edge edge) const {
   return kHysteresisCodes[index] * voltsPerDiv() / 32.0;
 }
 
-double AcquisitionSetup::triggerFilterHz() const { return kTriggerFilterHz[(T1 >> 6) & 3u]; }
+double AcquisitionSetup::triggerFilterHz() const {
+  return kTriggerFilterHz[(T1 >> 6) & 3u];
+}
 
 InputConditioning AcquisitionSetup::triggerConditioning() const {
   InputConditioning c = conditioning();
@@ -83,6 +93,8 @@ double AcquisitionSetup::recordSeconds() const {
   return static_cast<double>(recordLength()) * samplePeriod();
 }
 
-bool AcquisitionSetup::rolls() const { return (RS & 2) != 0 && recordSeconds() > kRollRecordSeconds; }
+bool AcquisitionSetup::rolls() const {
+  return (RS & 2) != 0 && recordSeconds() > kRollRecordSeconds;
+}
 
 }  // namespace zorvik

@@ -36,8 +36,8 @@ void DeliveryPlan::make(const AcquisitionSetup& setup, const RecordPlacement& pl
   const Unit unit = unitOf(setup.mode());
   const size_t units = (packetBytes - kHeaderBytes) / unit.bytes;
   const double unitSeconds = static_cast<double>(unit.samples) * dt;
-  const size_t perPiece =
-      static_cast<size_t>(std::clamp(std::floor(kPieceSeconds / unitSeconds), 1.0, static_cast<double>(std::max<size_t>(units, 1))));
+  const size_t perPiece = static_cast<size_t>(std::clamp(std::floor(kPieceSeconds / unitSeconds), 1.0,
+                                                         static_cast<double>(std::max<size_t>(units, 1))));
   double last = 0;
   for (size_t u = 0; u == 0 || u < units; u += perPiece) {
     const size_t next = std::min(units, u + perPiece);

@@ -14,8 +14,8 @@ namespace zorvik {
 class DeliveryPlan {
  public:
   struct Item {
-    double due = 0;     // seconds after arming
-    size_t begin = 0;   // the bytes of the packet it carries
+    double due = 0;    // seconds after arming
+    size_t begin = 0;  // the bytes of the packet it carries
     size_t end = 0;
     bool roll = false;  // a piece of the stream; false: the packet as "D"
   };

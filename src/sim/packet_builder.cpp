@@ -123,24 +123,22 @@ const std::string& PacketBuilder::build(const AcquisitionSetup& setup, double no
   return packet_;
 }
 
-void PacketBuilder::encodeCodes8(const AcquisitionSetup& setup, size_t count, double noiseRms,
-                                 char* out) {
+void PacketBuilder::encodeCodes8(const AcquisitionSetup& setup, size_t count, double noiseRms, char* out) {
   volts_.resize(count);
   generator_.cleanGrid(placement_.start, setup.samplePeriod(), volts_.data(), count);
   generator_.addNoise(volts_.data(), count, noiseRms);
   CodeScale(setup, 32.0f, 128.0f, 255.0f).bytes(volts_.data(), count, out);
 }
 
-void PacketBuilder::encodeCodes16(const AcquisitionSetup& setup, size_t count, double noiseRms,
-                                  char* out) {
+void PacketBuilder::encodeCodes16(const AcquisitionSetup& setup, size_t count, double noiseRms, char* out) {
   volts_.resize(count);
   generator_.cleanGrid(placement_.start, setup.samplePeriod(), volts_.data(), count);
   generator_.addNoise(volts_.data(), count, noiseRms);
   CodeScale(setup, 32.0f * 256.0f, 32768.0f, 65535.0f).words(volts_.data(), count, out);
 }
 
-void PacketBuilder::encodePairs(const AcquisitionSetup& setup, size_t pairs, double span,
-                                double noiseRms, char* out) {
+void PacketBuilder::encodePairs(const AcquisitionSetup& setup, size_t pairs, double span, double noiseRms,
+                                char* out) {
   // Each pair covers one span; the values at the span ends come from one grid.
   volts_.resize(3 * pairs + 1);
   float* ends = volts_.data();

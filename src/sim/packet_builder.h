@@ -28,8 +28,7 @@ class PacketBuilder {
  private:
   void encodeCodes8(const AcquisitionSetup& setup, size_t count, double noiseRms, char* out);
   void encodeCodes16(const AcquisitionSetup& setup, size_t count, double noiseRms, char* out);
-  void encodePairs(const AcquisitionSetup& setup, size_t pairs, double span, double noiseRms,
-                   char* out);
+  void encodePairs(const AcquisitionSetup& setup, size_t pairs, double span, double noiseRms, char* out);
 
   SignalGenerator& generator_;
   TriggerPath trigger_;

@@ -7,11 +7,11 @@ namespace zorvik {
 
 // Where the record lies in the device's time.
 struct RecordPlacement {
-  bool hasData = true;     // false: Norm mode and no trigger came
+  bool hasData = true;  // false: Norm mode and no trigger came
   bool triggered = false;
-  double start = 0;        // time of the first sample
-  double decided = 0;      // when the device knows where the record lies: the trigger or the time-out
-  double end = 0;          // when the device is done with this acquisition
+  double start = 0;    // time of the first sample
+  double decided = 0;  // when the device knows where the record lies: the trigger or the time-out
+  double end = 0;      // when the device is done with this acquisition
 };
 
 // Runs the trigger from `now`: presamples are filled first, then the trigger is awaited up to the

@@ -10,7 +10,9 @@ namespace {
 
 constexpr double kTwoPi = 2.0 * std::numbers::pi;
 
-double fraction(double x) { return x - std::floor(x); }
+double fraction(double x) {
+  return x - std::floor(x);
+}
 
 }  // namespace
 
@@ -67,7 +69,9 @@ void SignalGenerator::condition(const InputConditioning& c) {
   }
 }
 
-double SignalGenerator::phaseAt(double t) const { return fraction(freq_ * t - lag_); }
+double SignalGenerator::phaseAt(double t) const {
+  return fraction(freq_ * t - lag_);
+}
 
 double SignalGenerator::shapeAt(double p) const {
   switch (waveform_) {
@@ -88,7 +92,9 @@ double SignalGenerator::shapeAt(double p) const {
   return mean_;
 }
 
-double SignalGenerator::clean(double t) const { return shapeAt(phaseAt(t)); }
+double SignalGenerator::clean(double t) const {
+  return shapeAt(phaseAt(t));
+}
 
 double SignalGenerator::noiseRms(double samplePeriod) const {
   double rms = std::sqrt(instrumentNoise_ * instrumentNoise_ + inputNoise_ * inputNoise_);
@@ -179,8 +185,7 @@ void SignalGenerator::addNoise(float* out, size_t count, double rms) {
   for (size_t j = 0; j < tail; ++j) out[begin + j] += scale * normals[j];
 }
 
-void SignalGenerator::envelope(double t0, double span, const float* ends, size_t pairs,
-                               float* minMax) const {
+void SignalGenerator::envelope(double t0, double span, const float* ends, size_t pairs, float* minMax) const {
   for (size_t k = 0; k < pairs; ++k) {
     minMax[2 * k] = std::min(ends[k], ends[k + 1]);
     minMax[2 * k + 1] = std::max(ends[k], ends[k + 1]);

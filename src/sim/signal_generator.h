@@ -72,12 +72,12 @@ class SignalGenerator {
 
   // Derived by condition().
   InputConditioning conditioning_;
-  double mean_ = 0;       // DC level after coupling
-  double amplitude_ = 0;  // half the swing of sine and triangle, half the undamped swing of a square
-  double edgeSwing_ = 0;  // a square's reach from its mean: equal to amplitude_ without band limit
-  double tau_ = 0;        // time constant of the band limit, seconds
-  double lag_ = 0;        // phase lag of the fundamental, cycles
-  double inputNoise_ = 0; // rms of a noise input
+  double mean_ = 0;        // DC level after coupling
+  double amplitude_ = 0;   // half the swing of sine and triangle, half the undamped swing of a square
+  double edgeSwing_ = 0;   // a square's reach from its mean: equal to amplitude_ without band limit
+  double tau_ = 0;         // time constant of the band limit, seconds
+  double lag_ = 0;         // phase lag of the fundamental, cycles
+  double inputNoise_ = 0;  // rms of a noise input
   std::array<Extremum, 2> extremes_{};
   int extremeCount_ = 0;
 };

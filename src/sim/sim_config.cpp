@@ -54,8 +54,7 @@ double parseReal(std::string_view key, std::string_view value, double lo, double
   const auto [end, ec] = std::from_chars(value.data(), value.data() + value.size(), result);
   if (value.empty() || ec != std::errc() || end != value.data() + value.size() || !std::isfinite(result))
     badValue(key, value, "not a number");
-  if (result > hi || result < lo || (loOpen && result == lo))
-    badValue(key, value, "out of range");
+  if (result > hi || result < lo || (loOpen && result == lo)) badValue(key, value, "out of range");
   return result;
 }
 
@@ -100,8 +99,8 @@ struct NumberKey {
 
 // The clock register MC travels in two bytes, so no clock period beyond 65535 can be set.
 constexpr NumberKey kNumberKeys[] = {
-    {"MCd", &SimConfig::MCd, 1, 65535},     {"MCl", &SimConfig::MCl, 1, 65535},
-    {"MCh", &SimConfig::MCh, 1, 65535},     {"TOv", &SimConfig::TOv, 0, 0xFFFFFFFFu},
+    {"MCd", &SimConfig::MCd, 1, 65535},       {"MCl", &SimConfig::MCl, 1, 65535},
+    {"MCh", &SimConfig::MCh, 1, 65535},       {"TOv", &SimConfig::TOv, 0, 0xFFFFFFFFu},
     {"TOl", &SimConfig::TOl, 0, 0xFFFFFFFFu}, {"TMl", &SimConfig::TMl, 0, 0xFFFFFFFFu},
     {"TMh", &SimConfig::TMh, 0, 0xFFFFFFFFu}, {"TPl", &SimConfig::TPl, 0, 0xFFFFFFFFu},
     {"QSh", &SimConfig::QSh, 2, 65535},
@@ -114,23 +113,40 @@ void applyOne(SimConfig& c, std::string_view key, std::string_view value) {
       return;
     }
   }
-  if (key == "signal") c.signal = parseWaveform(value);
-  else if (key == "freq") c.freq = parseReal(key, value, 0, 1e10, true);
-  else if (key == "vpp") c.vpp = parseReal(key, value, 0, 1e6, false);
-  else if (key == "offset") c.offset = parseReal(key, value, -1e6, 1e6, false);
-  else if (key == "noise") c.noise = parseReal(key, value, 0, 1e6, false);
-  else if (key == "seed") c.seed = parseUnsigned(key, value, 0, std::numeric_limits<uint64_t>::max());
-  else if (key == "rate") c.rate = value == "max" ? 0.0 : parseReal(key, value, 0, 1e5, true);
-  else if (key == "VNM") c.VNM = value;
-  else if (key == "VSN") c.VSN = value;
-  else if (key == "VHW") c.VHW = value;
-  else if (key == "VSW") c.VSW = value;
-  else if (key == "TCh") c.TCh = static_cast<uint32_t>(parseUnsigned(key, value, 0, 65535));
-  else if (key == "P1h") c.P1h = static_cast<int16_t>(parseSigned(key, value, -32768, 32767));
-  else if (key == "P1l") c.P1l = static_cast<int16_t>(parseSigned(key, value, -32768, 32767));
-  else if (key == "L_B") c.L_B = static_cast<uint8_t>(parseUnsigned(key, value, 0, 255));
-  else if (key == "fault") applyFault(c.faults, value);
-  else throw Fault("unknown --sim key: " + std::string(key));
+  if (key == "signal")
+    c.signal = parseWaveform(value);
+  else if (key == "freq")
+    c.freq = parseReal(key, value, 0, 1e10, true);
+  else if (key == "vpp")
+    c.vpp = parseReal(key, value, 0, 1e6, false);
+  else if (key == "offset")
+    c.offset = parseReal(key, value, -1e6, 1e6, false);
+  else if (key == "noise")
+    c.noise = parseReal(key, value, 0, 1e6, false);
+  else if (key == "seed")
+    c.seed = parseUnsigned(key, value, 0, std::numeric_limits<uint64_t>::max());
+  else if (key == "rate")
+    c.rate = value == "max" ? 0.0 : parseReal(key, value, 0, 1e5, true);
+  else if (key == "VNM")
+    c.VNM = value;
+  else if (key == "VSN")
+    c.VSN = value;
+  else if (key == "VHW")
+    c.VHW = value;
+  else if (key == "VSW")
+    c.VSW = value;
+  else if (key == "TCh")
+    c.TCh = static_cast<uint32_t>(parseUnsigned(key, value, 0, 65535));
+  else if (key == "P1h")
+    c.P1h = static_cast<int16_t>(parseSigned(key, value, -32768, 32767));
+  else if (key == "P1l")
+    c.P1l = static_cast<int16_t>(parseSigned(key, value, -32768, 32767));
+  else if (key == "L_B")
+    c.L_B = static_cast<uint8_t>(parseUnsigned(key, value, 0, 255));
+  else if (key == "fault")
+    applyFault(c.faults, value);
+  else
+    throw Fault("unknown --sim key: " + std::string(key));
 }
 
 }  // namespace

@@ -120,8 +120,7 @@ void SimulatedObex::endSession() {
   post([](ObexEvents& e) { e.ObexLinkDLL1_EndSessionEvent(); });
 }
 
-void SimulatedObex::SendFirmwareSector(const std::string& name, const std::string& data, bool,
-                                       bool) {
+void SimulatedObex::SendFirmwareSector(const std::string& name, const std::string& data, bool, bool) {
   if ((session_ != Session::Open && session_ != Session::Boot) || name != "W") return;
   // The answer names the sector by its first byte; a sector with no data is refused.
   std::string answer = data.size() >= 2 ? "O" : "E";
@@ -131,9 +130,8 @@ void SimulatedObex::SendFirmwareSector(const std::string& name, const std::strin
 
 void SimulatedObex::SendCommand(const std::string& name, bool, bool) {
   if (name == "F" && (session_ == Session::Open || session_ == Session::Boot)) {
-    post([identity = device_.identity()](ObexEvents& e) {
-      e.ObexLinkDLL1_HeaderEvent("F", identity, false);
-    });
+    post(
+        [identity = device_.identity()](ObexEvents& e) { e.ObexLinkDLL1_HeaderEvent("F", identity, false); });
     return;
   }
   if (session_ != Session::Open) return;
@@ -181,18 +179,22 @@ void SimulatedObex::StopRepeat(bool resume) {
 void SimulatedObex::GetRegister(const std::string& name) {
   if (session_ != Session::Open) return;
   if (std::optional<std::string> bytes = device_.registerBytes(name)) {
-    post([name, value = std::move(*bytes)](ObexEvents& e) { e.ObexLinkDLL1_HeaderEvent(name, value, false); });
+    post(
+        [name, value = std::move(*bytes)](ObexEvents& e) { e.ObexLinkDLL1_HeaderEvent(name, value, false); });
   }
 }
 
 void SimulatedObex::GetProperty(const std::string& name) {
   if (session_ != Session::Open) return;
   if (std::optional<std::string> bytes = device_.propertyBytes(name)) {
-    post([name, value = std::move(*bytes)](ObexEvents& e) { e.ObexLinkDLL1_HeaderEvent(name, value, false); });
+    post(
+        [name, value = std::move(*bytes)](ObexEvents& e) { e.ObexLinkDLL1_HeaderEvent(name, value, false); });
   }
 }
 
-void SimulatedObex::PutRegister1(const std::string& name, uint8_t value) { write(name, value); }
+void SimulatedObex::PutRegister1(const std::string& name, uint8_t value) {
+  write(name, value);
+}
 
 void SimulatedObex::PutRegister2(const std::string& name, int32_t value) {
   write(name, static_cast<uint32_t>(value) & 0xFFFFu);
@@ -246,8 +248,8 @@ void SimulatedObex::acquire() {
   decidedMs_ = dueMs(place.decided - now);
   // The device rests between acquisitions for a pacing interval that varies a little, so that
   // an untriggered trace lands at a new phase each time, as it would on the bench.
-  const double pause = (config_.pacingMs() > 0 ? config_.pacingMs() / 1000.0 : 0.001) *
-                       (0.5 + generator_.random().uniform());
+  const double pause =
+      (config_.pacingMs() > 0 ? config_.pacingMs() / 1000.0 : 0.001) * (0.5 + generator_.random().uniform());
   deviceTime_ = std::fmod(place.end + pause, generator_.period());
   if (!std::isfinite(deviceTime_) || deviceTime_ < 0) deviceTime_ = 0;
 

@@ -45,8 +45,7 @@ class SimulatedObex : public ClassOBEX {
   void SetParallelTransfer(bool on) override { parallel_ = on; }
   void SetFirmwareTimeout(int32_t ms) override { firmwareTimeoutMs_ = ms; }
   void SetShowTime(int32_t ms) override { showTimeMs_ = ms; }
-  void SendFirmwareSector(const std::string& name, const std::string& data, bool flagA,
-                          bool flagB) override;
+  void SendFirmwareSector(const std::string& name, const std::string& data, bool flagA, bool flagB) override;
   void SendCommand(const std::string& name, bool flagA, bool flagB) override;
   void GetSerialActive(bool& active) override { active = repeating(); }
   void SetRepeatCommand(bool enable, const std::string& name, bool flag) override;
@@ -107,10 +106,10 @@ class SimulatedObex : public ClassOBEX {
   bool online_ = false;
   bool repeat_ = false;
   bool held_ = false;
-  int singles_ = 0;             // single acquisitions asked for outside the repetition
+  int singles_ = 0;  // single acquisitions asked for outside the repetition
   bool calibrationDue_ = false;
   bool parallel_ = false;
-  double deviceTime_ = 0;       // seconds on the device's clock, kept within one signal period
+  double deviceTime_ = 0;  // seconds on the device's clock, kept within one signal period
 
   // The acquisition under way: its packet, what is still to be sent, and since when.
   bool acquiring_ = false;
@@ -118,7 +117,7 @@ class SimulatedObex : public ClassOBEX {
   std::string packet_;
   DeliveryPlan plan_;
   size_t nextItem_ = 0;
-  double decidedMs_ = 0;          // until then the trigger is still awaited
+  double decidedMs_ = 0;  // until then the trigger is still awaited
   QElapsedTimer clock_;
   uint64_t packetsSent_ = 0;
   uint64_t sessionPackets_ = 0;

@@ -17,7 +17,9 @@ constexpr double kLastStep = 0x1.0p62;
 // firing.
 constexpr double kNoiseReach = 5.0;
 
-Edge opposite(Edge edge) { return edge == Edge::Rising ? Edge::Falling : Edge::Rising; }
+Edge opposite(Edge edge) {
+  return edge == Edge::Rising ? Edge::Falling : Edge::Rising;
+}
 
 // One edge: armed once the signal is beyond `armAt` on the far side of the level, fires when it
 // then reaches the level. Values are compared as sign x volts, so one rule serves both edges.
@@ -91,9 +93,12 @@ std::optional<int64_t> TriggerPath::fire(const AcquisitionSetup& setup, double o
       Comparator& c = comparators[k];
       if (c.dead) continue;
       const std::optional<double> at = c.reachable(path_, t, y, reach);
-      if (!at) c.dead = true;
-      else if (*at <= t) inReach = true;
-      else next = std::min(next, *at);
+      if (!at)
+        c.dead = true;
+      else if (*at <= t)
+        inReach = true;
+      else
+        next = std::min(next, *at);
     }
     if (!inReach) {
       const double target = std::ceil((next - origin) / step);  // +inf when every edge is dead
@@ -102,7 +107,8 @@ std::optional<int64_t> TriggerPath::fire(const AcquisitionSetup& setup, double o
       continue;
     }
     double v = y;
-    if (sigma > 0) v += sigma * std::clamp(static_cast<double>(path_.random().gaussian()), -kNoiseReach, kNoiseReach);
+    if (sigma > 0)
+      v += sigma * std::clamp(static_cast<double>(path_.random().gaussian()), -kNoiseReach, kNoiseReach);
     for (int k = 0; k < count; ++k) {
       if (!comparators[k].dead && comparators[k].see(v)) return (j + perSample - 1) / perSample;
     }

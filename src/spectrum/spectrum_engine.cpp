@@ -20,16 +20,22 @@ constexpr double kTwoPi = 6.2831854820251465;  // the 32-bit float of 2 pi
 float windowMultiplier(int function, int i, int m) {
   const double a = kTwoPi / m, x = i * a;
   switch (function) {
-    case 1: return static_cast<float>(0.54 - 0.46 * std::cos(x));
-    case 2: return static_cast<float>(0.5 - 0.5 * std::cos(x));
+    case 1:
+      return static_cast<float>(0.54 - 0.46 * std::cos(x));
+    case 2:
+      return static_cast<float>(0.5 - 0.5 * std::cos(x));
     // The coefficients are these, also where textbooks give more digits.
-    case 3: return static_cast<float>(0.423 - 0.497 * std::cos(x) + 0.079 * std::cos(2 * x));
-    case 4: return static_cast<float>(0.281 - 0.521 * std::cos(x) + 0.198 * std::cos(2 * x));
-    case 5: return static_cast<float>(1 - std::abs(m - 2.0 * i) / m);
+    case 3:
+      return static_cast<float>(0.423 - 0.497 * std::cos(x) + 0.079 * std::cos(2 * x));
+    case 4:
+      return static_cast<float>(0.281 - 0.521 * std::cos(x) + 0.198 * std::cos(2 * x));
+    case 5:
+      return static_cast<float>(1 - std::abs(m - 2.0 * i) / m);
     case 6:
       return static_cast<float>(0.35875 - 0.487396 * std::cos(x) + 0.144232 * std::cos(2 * x) -
                                 0.012604 * std::cos(3 * x));
-    default: return 1;
+    default:
+      return 1;
   }
 }
 
@@ -60,7 +66,8 @@ void SpectrumEngine::ComputeSpectrum(const SpectrumInput& in, const SpectrumSett
   buffer_.assign(static_cast<size_t>(n >= 2 ? BufferLength : 0), 0.0f);
   if (windowFunction_ != s.WindowFunction || windowLength_ != FrameLength) {
     window_.resize(static_cast<size_t>(std::max(FrameLength, 0)));
-    for (int i = 0; i < FrameLength; ++i) window_[static_cast<size_t>(i)] = windowMultiplier(s.WindowFunction, i, FrameLength);
+    for (int i = 0; i < FrameLength; ++i)
+      window_[static_cast<size_t>(i)] = windowMultiplier(s.WindowFunction, i, FrameLength);
     windowFunction_ = s.WindowFunction;
     windowLength_ = FrameLength;
   }
@@ -69,9 +76,11 @@ void SpectrumEngine::ComputeSpectrum(const SpectrumInput& in, const SpectrumSett
     const size_t smp = static_cast<size_t>(FrameStart + i);
     float v;
     if (in.IsPeak)
-      v = static_cast<float>((byte(2 * smp) + byte(2 * smp + 1)) / 2 - 128) * in.FullScaleVolts / 256 + in.ZeroVolts;
+      v = static_cast<float>((byte(2 * smp) + byte(2 * smp + 1)) / 2 - 128) * in.FullScaleVolts / 256 +
+          in.ZeroVolts;
     else if (in.IsHiRes)
-      v = static_cast<float>(byte(2 * smp) * 256 + byte(2 * smp + 1) - 32768) * in.FullScaleVolts / 65536 + in.ZeroVolts;
+      v = static_cast<float>(byte(2 * smp) * 256 + byte(2 * smp + 1) - 32768) * in.FullScaleVolts / 65536 +
+          in.ZeroVolts;
     else
       v = static_cast<float>(byte(smp) - 128) * in.FullScaleVolts / 256 + in.ZeroVolts;
     buffer_[static_cast<size_t>(i)] = v * window_[static_cast<size_t>(i)];

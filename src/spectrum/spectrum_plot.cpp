@@ -27,14 +27,16 @@ SpectrumScale SetVertScale(const SpectrumEngine& e, const SpectrumPlotSettings& 
   return scale;
 }
 
-std::vector<float> spectrumColumns(const SpectrumEngine& e, const SpectrumScale& scale, const SpectrumPlotSettings& s,
-                                   int width, int height) {
+std::vector<float> spectrumColumns(const SpectrumEngine& e, const SpectrumScale& scale,
+                                   const SpectrumPlotSettings& s, int width, int height) {
   const double binHz = e.SpecBins > 0 ? static_cast<double>(e.MaxFreq) / e.SpecBins : 0;
   return plotColumns(e.SpecAmp, e.SpecBins, {binHz, scale.FreqSpan, scale.TopAmp, scale.BottomAmp}, s.dB,
                      s.interpolation, s.interpolationPoints, width, height);
 }
 
-std::string frequencyText(double hz) { return engineeringText(hz, "Hz"); }
+std::string frequencyText(double hz) {
+  return engineeringText(hz, "Hz");
+}
 
 std::string amplitudeText(double value, bool dB) {
   if (!dB) return value == 0 ? " 0V" : engineeringText(value, "V");

@@ -78,7 +78,9 @@ void SpectrumStage::setMainMeterSinxx(bool on) {
   store("Meters", "InterpolationMaxFind", on ? 1 : 0);
 }
 
-void SpectrumStage::setReaderOpen(Reader reader, bool open) { open_[static_cast<size_t>(reader)] = open; }
+void SpectrumStage::setReaderOpen(Reader reader, bool open) {
+  open_[static_cast<size_t>(reader)] = open;
+}
 
 bool SpectrumStage::refinePeak() const {
   return (plot_.interpolation != 0 && plot_.normalize) || readerOpen(Reader::Thd);
@@ -109,8 +111,8 @@ void SpectrumStage::spectrum(const SegmentData& segment) {
   if (visible()) {
     samples_.assign(segment.bytes.data(), segment.bytes.size());
     const Scale s = scale_();
-    input_ = {samples_, segment.isHiRes, segment.isPeak, segment.oneCharSample, s.SamplePeriod, s.FullScaleVolts,
-              s.ZeroVolts};
+    input_ = {samples_,       segment.isHiRes,  segment.isPeak, segment.oneCharSample,
+              s.SamplePeriod, s.FullScaleVolts, s.ZeroVolts};
     haveData_ = true;
     ++acqCount_;
     ComputeSpectrum();

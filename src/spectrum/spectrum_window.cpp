@@ -7,15 +7,15 @@
 #include <QSignalBlocker>
 #include <QVBoxLayout>
 
-#include "ui/hot_key_dialog.h"
-#include "measure/main_meter_window.h"
-#include "measure/thd_window.h"
-#include "ui/value_plot.h"
 #include "config/settings.h"
+#include "core/eng_text.h"
 #include "export/csv_text.h"
 #include "export/packet_files.h"
-#include "core/eng_text.h"
+#include "measure/main_meter_window.h"
+#include "measure/thd_window.h"
 #include "spectrum/spectrum_stage.h"
+#include "ui/hot_key_dialog.h"
+#include "ui/value_plot.h"
 
 namespace zorvik {
 
@@ -61,12 +61,13 @@ Spectrum::Spectrum(SettingsStore& settings, SpectrumStage& stage, PacketFiles& f
   mainMeter_->onFault = thdMeter_->onFault = [this](const std::string& t) { onFault(t); };
   menu->addAction("Max.freq", this, [this] { toggleMeter(mainMeter_); })->setObjectName("MeterMaxFrq");
   menu->addAction("THD", this, [this] { toggleMeter(thdMeter_); })->setObjectName("MeterTHD");
-  menu->addAction("Setup Hot Key", this, [this] { (new HotKey(settings_, this))->SetupDisplay(this, "Spectrumscope"); })
+  menu->addAction("Setup Hot Key", this,
+                  [this] { (new HotKey(settings_, this))->SetupDisplay(this, "Spectrumscope"); })
       ->setObjectName("SetupHotKey");
   HotKey::SetKey(this, "Spectrumscope", settings_);
   menuKey->setMenu(menu);
-  for (QWidget* w : std::initializer_list<QWidget*>{volts_, decibels_, DBdiap, Normir, DCfreq, WindowFunction, Doubled,
-                                                    Interpolation, menuKey})
+  for (QWidget* w : std::initializer_list<QWidget*>{volts_, decibels_, DBdiap, Normir, DCfreq, WindowFunction,
+                                                    Doubled, Interpolation, menuKey})
     controls->addWidget(w);
   controls->addStretch(1);
   column->addLayout(controls);
@@ -95,7 +96,8 @@ Spectrum::Spectrum(SettingsStore& settings, SpectrumStage& stage, PacketFiles& f
 
   connect(volts_, &QRadioButton::toggled, this,
           [this](bool) { guarded([this] { stage_.setDb(decibels_->isChecked()); }); });
-  connect(DBdiap, &QComboBox::activated, this, [this](int i) { guarded([&] { stage_.setDbRangeIndex(i); }); });
+  connect(DBdiap, &QComboBox::activated, this,
+          [this](int i) { guarded([&] { stage_.setDbRangeIndex(i); }); });
   connect(Normir, &QCheckBox::clicked, this, [this](bool on) { guarded([&] { stage_.setNormalize(on); }); });
   connect(DCfreq, &QCheckBox::clicked, this, [this](bool on) { guarded([&] { stage_.setDCfreq(on); }); });
   connect(Doubled, &QCheckBox::clicked, this, [this](bool on) { guarded([&] { stage_.setDoubled(on); }); });
@@ -118,7 +120,9 @@ Spectrum::~Spectrum() {
   stage_.onComputed = stage_.onPlotChanged = stage_.onSettingsMoved = [] {};
 }
 
-const SpectrumPlotSettings& Spectrum::plotSettings() const { return stage_.plot(); }
+const SpectrumPlotSettings& Spectrum::plotSettings() const {
+  return stage_.plot();
+}
 
 void Spectrum::showSettings() {
   const SpectrumPlotSettings& p = stage_.plot();
@@ -158,14 +162,16 @@ void Spectrum::PlotSpectrum() {
     const std::string t = amplitudeText(v, plot.dB);
     return QString::fromStdString(t.substr(0, t.find(" /")));
   };
-  display_->setPicture(valid ? spectrumColumns(e, scale, plot, ValuePlot::kWidth, ValuePlot::kHeight) : std::vector<float>{},
-                       {amp(scale.TopAmp), amp(scale.BottomAmp), QString(),
-                        QString::fromStdString(frequencyText(scale.FreqLeft + scale.FreqSpan))},
-                       valid);
+  display_->setPicture(
+      valid ? spectrumColumns(e, scale, plot, ValuePlot::kWidth, ValuePlot::kHeight) : std::vector<float>{},
+      {amp(scale.TopAmp), amp(scale.BottomAmp), QString(),
+       QString::fromStdString(frequencyText(scale.FreqLeft + scale.FreqSpan))},
+      valid);
   OknoSamples->setText(QString("%1 bins").arg(e.SpecBins));
   const double peakHz = e.SpecBins > 0 ? e.PeakBin * e.MaxFreq / e.SpecBins : 0;
-  peak_->setText(valid ? QString::fromStdString(frequencyText(peakHz) + "  " + engineeringText(e.PeakAmp, "V"))
-                       : QString());
+  peak_->setText(valid
+                     ? QString::fromStdString(frequencyText(peakHz) + "  " + engineeringText(e.PeakAmp, "V"))
+                     : QString());
 }
 
 void Spectrum::SaveToCSV() {

@@ -6,8 +6,8 @@
 #include <QWidget>
 #include <vector>
 
-#include "ui/analysis_window.h"
 #include "spectrum/spectrum_plot.h"
+#include "ui/analysis_window.h"
 
 namespace zorvik {
 

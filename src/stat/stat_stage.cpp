@@ -5,8 +5,8 @@ namespace zorvik {
 void StatStage::stat(const SegmentData& segment) {
   if (visible()) {
     const Scale s = scale_();
-    engine_.BuildHistogram({segment.bytes, segment.isHiRes, segment.isPeak, segment.oneCharSample, s.FullScaleVolts,
-                            s.ZeroVolts});
+    engine_.BuildHistogram({segment.bytes, segment.isHiRes, segment.isPeak, segment.oneCharSample,
+                            s.FullScaleVolts, s.ZeroVolts});
     haveData_ = true;
     onBuilt();
   }

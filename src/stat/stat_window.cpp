@@ -5,13 +5,13 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
-#include "ui/hot_key_dialog.h"
-#include "ui/value_plot.h"
 #include "config/settings.h"
-#include "export/packet_files.h"
 #include "core/eng_text.h"
+#include "export/packet_files.h"
 #include "spectrum/plot_columns.h"
 #include "stat/stat_stage.h"
+#include "ui/hot_key_dialog.h"
+#include "ui/value_plot.h"
 
 namespace zorvik {
 
@@ -38,7 +38,8 @@ Stat::Stat(SettingsStore& settings, StatStage& stage, PacketFiles& files, QWidge
   auto* menuKey = new QPushButton("File", this);
   auto* menu = new QMenu(menuKey);
   menu->addAction("Save to CSV-file", this, [this] { SaveToCSV(); })->setObjectName("SaveToCSV");
-  menu->addAction("Setup Hot Key", this, [this] { (new HotKey(settings_, this))->SetupDisplay(this, "Statscope"); })
+  menu->addAction("Setup Hot Key", this,
+                  [this] { (new HotKey(settings_, this))->SetupDisplay(this, "Statscope"); })
       ->setObjectName("SetupHotKey");
   HotKey::SetKey(this, "Statscope", settings_);
   menuKey->setMenu(menu);
@@ -93,7 +94,9 @@ Stat::Stat(SettingsStore& settings, StatStage& stage, PacketFiles& files, QWidge
   stage_.onBuilt = [this] { PlotHistogram(); };
 }
 
-Stat::~Stat() { stage_.onBuilt = [] {}; }
+Stat::~Stat() {
+  stage_.onBuilt = [] {};
+}
 
 QString Stat::quantityText(double count) const {
   return QString::fromStdString(histogramQuantity(count, stage_.engine().HistSamples, percent_));

@@ -27,7 +27,6 @@ class Stat : public AnalysisWindow {
   void SaveToCSV();
   bool percent() const { return percent_; }
 
-
  private:
   QString quantityText(double count) const;
 

@@ -12,8 +12,12 @@ namespace zorvik {
 namespace {
 // A path is the file system's bytes, not text of the program: it goes through Qt's file-name encoding
 // (UTF-8 here), the same that QFile uses to reach the file, so the name that comes back is the one chosen.
-QString pathText(const std::string& path) { return QFile::decodeName(QByteArray::fromStdString(path)); }
-std::string pathBytes(const QString& path) { return QFile::encodeName(path).toStdString(); }
+QString pathText(const std::string& path) {
+  return QFile::decodeName(QByteArray::fromStdString(path));
+}
+std::string pathBytes(const QString& path) {
+  return QFile::encodeName(path).toStdString();
+}
 }  // namespace
 
 FileDialogAnswer QtFileDialogs::ask(const FileDialogRequest& request) {

@@ -13,7 +13,7 @@ namespace {
 constexpr int kModifiers[3] = {1, 2, 4};
 
 QKeySequence sequence(const HotKeyValue& key) {
-  const Qt::KeyboardModifiers m = key.modifier == 1 ? Qt::ShiftModifier
+  const Qt::KeyboardModifiers m = key.modifier == 1   ? Qt::ShiftModifier
                                   : key.modifier == 2 ? Qt::ControlModifier
                                                       : Qt::AltModifier;
   return QKeySequence(QKeyCombination(m, static_cast<Qt::Key>(static_cast<unsigned char>(key.symbol))));
@@ -77,7 +77,8 @@ void HotKey::SetupDisplay(QWidget* window, const std::string& name) {
   name_ = name;
   HotKeyName->setText(QString::fromStdString(name + " window hot key"));
   const HotKeyValue key = readHotKey(settings_, name);
-  for (int i = 0; i < 3; ++i) FirstKeyOption[static_cast<size_t>(i)]->setChecked(key.modifier == kModifiers[i]);
+  for (int i = 0; i < 3; ++i)
+    FirstKeyOption[static_cast<size_t>(i)]->setChecked(key.modifier == kModifiers[i]);
   SymbolHotKey->setText(key.symbol > 32 ? QString(QChar(key.symbol)) : QString());
   show();
 }

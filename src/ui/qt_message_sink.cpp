@@ -24,7 +24,8 @@ void saveQuietly(F&& save) {
 QtMessageSink::QtMessageSink(SettingsStore& settings, std::string instanceTitle)
     : settings_(settings), instanceTitle_(std::move(instanceTitle)) {}
 
-int QtMessageSink::show(BoxKind kind, const std::string& title, const std::string& text, const std::string& key) {
+int QtMessageSink::show(BoxKind kind, const std::string& title, const std::string& text,
+                        const std::string& key) {
   // Texts are bytes (a device's own texts among them), shown one byte a character.
   const QString caption = latin1Text(title), body = latin1Text(text);
   switch (kind) {
@@ -43,8 +44,10 @@ int QtMessageSink::show(BoxKind kind, const std::string& title, const std::strin
     case BoxKind::InfoBox:
       infoBox(text, key);
       return 0;
-    case BoxKind::QuestBox: return questBox(text, key, false);
-    case BoxKind::QuestBox3: return questBox(text, key, true);
+    case BoxKind::QuestBox:
+      return questBox(text, key, false);
+    case BoxKind::QuestBox3:
+      return questBox(text, key, true);
   }
   return 0;
 }

@@ -1,6 +1,6 @@
 #pragma once
-#include <QWidget>
 #include <QPointer>
+#include <QWidget>
 
 #include "config/settings.h"
 #include "core/messages.h"

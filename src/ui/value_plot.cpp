@@ -26,8 +26,10 @@ void ValuePlot::paintEvent(QPaintEvent*) {
   p.fillRect(rect(), Qt::black);
   // The grid of the main display: olive division lines, ten across and eight high.
   p.setPen(QColor(128, 128, 0));
-  for (int i = 0; i <= 10; ++i) p.drawLine(kMargin + i * kWidth / 10, kMargin, kMargin + i * kWidth / 10, kMargin + kHeight);
-  for (int i = 0; i <= 8; ++i) p.drawLine(kMargin, kMargin + i * kHeight / 8, kMargin + kWidth, kMargin + i * kHeight / 8);
+  for (int i = 0; i <= 10; ++i)
+    p.drawLine(kMargin + i * kWidth / 10, kMargin, kMargin + i * kWidth / 10, kMargin + kHeight);
+  for (int i = 0; i <= 8; ++i)
+    p.drawLine(kMargin, kMargin + i * kHeight / 8, kMargin + kWidth, kMargin + i * kHeight / 8);
   if (!valid_) return;
   p.setPen(QColor(0, 255, 0));
   QPolygonF line;
@@ -45,7 +47,8 @@ void ValuePlot::paintEvent(QPaintEvent*) {
 void ValuePlot::mouseMoveEvent(QMouseEvent* event) {
   if (!onCursor || !valid_) return;
   const QPointF at = event->position();
-  onCursor(std::clamp((at.x() - kMargin) / (kWidth - 1), 0.0, 1.0), std::clamp((at.y() - kMargin) / kHeight, 0.0, 1.0));
+  onCursor(std::clamp((at.x() - kMargin) / (kWidth - 1), 0.0, 1.0),
+           std::clamp((at.y() - kMargin) / kHeight, 0.0, 1.0));
 }
 
 }  // namespace zorvik

@@ -1,6 +1,7 @@
+#include "config/hot_key.h"
+
 #include <gtest/gtest.h>
 
-#include "config/hot_key.h"
 #include "config/settings.h"
 
 using namespace zorvik;
@@ -14,7 +15,7 @@ TEST(HotKey, StoredValueRangeAndSymbol) {
   EXPECT_EQ(k.modifier, 2);
   EXPECT_EQ(k.symbol, 'O');
   EXPECT_TRUE(k.registrable());
-  EXPECT_FALSE(hotKeyFromValue(256).registrable());   // a modifier without a character
+  EXPECT_FALSE(hotKeyFromValue(256).registrable());  // a modifier without a character
   EXPECT_TRUE(hotKeyFromValue(257).registrable());
   EXPECT_TRUE(hotKeyFromValue(1279).registrable());
   EXPECT_FALSE(hotKeyFromValue(1280).registrable());

@@ -109,8 +109,8 @@ TEST_F(ChannelTest, OffsetScrollFitsTheRangeAndWritesWhenSet) {
   echo("P1", be(128, 2));  // 2 V
   const ChannelModel& m = channel().model();
   EXPECT_FLOAT_EQ(m.OffsetVolts, 2.0f);
-  EXPECT_EQ(m.VScroll1, 167);            // -1000 + 2000 x 14 / 24
-  EXPECT_EQ(m.VScroll1LargeStep, 333);   // one full scale of 2000 - 2 steps
+  EXPECT_EQ(m.VScroll1, 167);           // -1000 + 2000 x 14 / 24
+  EXPECT_EQ(m.VScroll1LargeStep, 333);  // one full scale of 2000 - 2 steps
   EXPECT_EQ(stored("Ch1", "Offset"), "167");
 
   channel().VScroll1_Scroll(500);  // dragging: the display only

@@ -1,6 +1,7 @@
+#include "control/clock_limits.h"
+
 #include <gtest/gtest.h>
 
-#include "control/clock_limits.h"
 #include "control/control_fixture.h"
 
 using namespace zorvik;
@@ -18,9 +19,9 @@ struct ClockLimitsTest : test::ControlFixture {
 TEST(ClockLimitsRange, PulledIntoTheInstrumentsRangeOnceItIsKnown) {
   DeviceCache c;
   EXPECT_EQ(ClockLimits::limitClock(500, c), 500);  // no range yet
-  c.MCl = 800;  // 125 MHz at the fastest
+  c.MCl = 800;                                      // 125 MHz at the fastest
   EXPECT_EQ(ClockLimits::limitClock(500, c), 500);  // the slowest is still unknown
-  c.MCh = 30000;  // 3.33 MHz at the slowest
+  c.MCh = 30000;                                    // 3.33 MHz at the slowest
   EXPECT_EQ(ClockLimits::limitClock(500, c), 125);
   EXPECT_EQ(ClockLimits::limitClock(124.6, c), 125);
   EXPECT_EQ(ClockLimits::limitClock(1, c), 3);  // the whole part of the limit

@@ -7,10 +7,10 @@
 #include <vector>
 
 #include "config/settings.h"
-#include "session/basic_control.h"
 #include "control/silent_obex.h"
-#include "session/main_controller.h"
 #include "core/recording_sink.h"
+#include "session/basic_control.h"
+#include "session/main_controller.h"
 
 namespace zorvik::test {
 
@@ -48,8 +48,9 @@ struct ControlFixture : ::testing::Test {
   }
   // The simulator's limits, arrived as headers, as in a session once all seven answered.
   void deviceLimits() {
-    const std::pair<const char*, int32_t> limits[] = {{"MCd", 1000}, {"MCl", 800}, {"MCh", 50000}, {"TOv", 7},
-                                                      {"TOl", 256},  {"TMl", 8},    {"TMh", 256},    {"TPl", 25600}};
+    const std::pair<const char*, int32_t> limits[] = {{"MCd", 1000}, {"MCl", 800},  {"MCh", 50000},
+                                                      {"TOv", 7},    {"TOl", 256},  {"TMl", 8},
+                                                      {"TMh", 256},  {"TPl", 25600}};
     for (const auto& [name, value] : limits) echo(name, be(value, 4));
   }
   void echo(const std::string& name, std::string bytes) { main.ObexLinkDLL1_HeaderEvent(name, bytes, false); }

@@ -1,11 +1,12 @@
+#include "control/delay_control.h"
+
 #include <gtest/gtest.h>
 
 #include "config/settings.h"
-#include "control/delay_control.h"
 #include "control/trigger_control.h"
+#include "core/recording_sink.h"
 #include "link/fake_obex.h"
 #include "session/main_controller.h"
-#include "core/recording_sink.h"
 
 using namespace zorvik;
 

@@ -1,7 +1,8 @@
+#include "control/fine_controls.h"
+
 #include <gtest/gtest.h>
 
 #include "config/settings.h"
-#include "control/fine_controls.h"
 #include "core/recording_sink.h"
 #include "link/fake_obex.h"
 #include "session/main_controller.h"

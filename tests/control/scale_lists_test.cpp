@@ -1,6 +1,7 @@
+#include "control/scale_lists.h"
+
 #include <gtest/gtest.h>
 
-#include "control/scale_lists.h"
 #include "core/fault.h"
 
 using namespace zorvik;
@@ -28,7 +29,7 @@ TEST(ScaleLists, ZoomForFastPositionsAndItsStepsDown) {
   struct Pair {
     int zoom, jump, after;
   };
-  const Pair pairs[] = {{2, 1, 1}, {2, 5, 1}, {4, 1, 2}, {4, 2, 1},  {5, 1, 4},  {5, 2, 2},  {5, 3, 1}, {10, 1, 5},
-                        {10, 2, 1}, {10, 3, 2}, {10, 4, 4}, {10, 5, 1}, {10, 22, 1}, {1, 3, 1}};
+  const Pair pairs[] = {{2, 1, 1},  {2, 5, 1},  {4, 1, 2},  {4, 2, 1},  {5, 1, 4},  {5, 2, 2},   {5, 3, 1},
+                        {10, 1, 5}, {10, 2, 1}, {10, 3, 2}, {10, 4, 4}, {10, 5, 1}, {10, 22, 1}, {1, 3, 1}};
   for (const Pair& p : pairs) EXPECT_EQ(zoomAfterRise(p.zoom, p.jump), p.after) << p.zoom << " by " << p.jump;
 }

@@ -31,7 +31,8 @@ Trace measure(const std::string& packet) {
     if (i > 0 && code(i - 1) < 128 && code(i) >= 128) rises.push_back(i);
   }
   t.codeSpan = hi - lo;
-  if (rises.size() >= 2) t.samplesPerCycle = static_cast<double>(rises.back() - rises.front()) / (rises.size() - 1);
+  if (rises.size() >= 2)
+    t.samplesPerCycle = static_cast<double>(rises.back() - rises.front()) / (rises.size() - 1);
   return t;
 }
 
@@ -45,7 +46,8 @@ struct SimSession : ::testing::Test {
     settings.saveInt("Sampling", "TimePerDiv", 15);  // 100 us a division
   }
   void start() {
-    session = std::make_unique<HeadlessSession>(settings, std::vector<std::string>{"freq=10000,noise=0,rate=200"});
+    session =
+        std::make_unique<HeadlessSession>(settings, std::vector<std::string>{"freq=10000,noise=0,rate=200"});
     session->main().KeyConnect_Click();
     ASSERT_TRUE(spinUntil([&] { return session->main().sessionState() == SessionState::Ready; }, 5000));
   }
@@ -76,7 +78,7 @@ TEST_F(SimSession, OnlineChangesReachThePacketsAndTheScale) {
   EXPECT_NEAR(before.samplesPerCycle, 32, 0.5);
   EXPECT_NEAR(before.codeSpan, 160, 3);  // 1 V at 200 mV a division, 32 codes each
 
-  session->control().channel().scrollCH1_Change(8);     // 500 mV
+  session->control().channel().scrollCH1_Change(8);        // 500 mV
   session->control().timebase().ScrollTimeDiv_Change(14);  // 50 us
   Trace after = nextTrace();
   EXPECT_EQ(m.cache().V1, 500);
@@ -93,7 +95,7 @@ TEST_F(SimSession, OnlineChangesReachThePacketsAndTheScale) {
 TEST_F(SimSession, OfflineChoicesAreWrittenAtTheNextSession) {
   {
     HeadlessSession offline(settings, {});
-    offline.control().channel().scrollCH1_Change(9);       // 1 V
+    offline.control().channel().scrollCH1_Change(9);        // 1 V
     offline.control().timebase().ScrollTimeDiv_Change(16);  // 200 us
     EXPECT_FLOAT_EQ(offline.main().scale().FullScaleVolts, 8.0f);
     EXPECT_TRUE(offline.link().writes.empty());

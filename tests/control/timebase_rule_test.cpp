@@ -1,8 +1,9 @@
+#include "control/timebase_rule.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>
 
-#include "control/timebase_rule.h"
 #include "core/fault.h"
 
 using namespace zorvik;
@@ -10,7 +11,9 @@ using namespace zorvik;
 namespace {
 
 // The simulator's device: safe clock 10 ns, 8 to 500 ns, fast sampler at 1/2, 1 and 2 clocks.
-TimebaseLimits simLimits() { return {1000, 800, 50000, 7, 256, 8, 256, 25600}; }
+TimebaseLimits simLimits() {
+  return {1000, 800, 50000, 7, 256, 8, 256, 25600};
+}
 
 TimebaseRuleInput input(float t, TimebaseLimits l = simLimits()) {
   TimebaseRuleInput in;

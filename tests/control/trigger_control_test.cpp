@@ -1,11 +1,12 @@
+#include "control/trigger_control.h"
+
 #include <gtest/gtest.h>
 
 #include "config/settings.h"
-#include "control/trigger_control.h"
-#include "link/fake_obex.h"
-#include "session/main_controller.h"
 #include "core/eng_text.h"
 #include "core/recording_sink.h"
+#include "link/fake_obex.h"
+#include "session/main_controller.h"
 
 using namespace zorvik;
 using zorvik::test::FakeObex;
@@ -109,5 +110,5 @@ TEST(TriggerMarker, FollowsZoomAndScroll) {
   // At zoom 2 with the scroll at its middle the view shows the middle half of the range.
   EXPECT_DOUBLE_EQ(TriggerControl::markerTop(128, 2, 5, 0, 10), (128 - 64) * 2);
   EXPECT_EQ(TriggerControl::levelFromMarker(1000, 1, 0, 0, 10), 255);  // dragged past the top
-  EXPECT_EQ(TriggerControl::levelFromMarker(0, 2, 0, 0, 0), 0);         // an empty scroll range
+  EXPECT_EQ(TriggerControl::levelFromMarker(0, 2, 0, 0, 0), 0);        // an empty scroll range
 }

@@ -1,10 +1,11 @@
+#include "control/trigger_timeouts.h"
+
 #include <gtest/gtest.h>
 
 #include <memory>
 
 #include "config/settings.h"
 #include "control/trigger_control.h"
-#include "control/trigger_timeouts.h"
 #include "core/recording_sink.h"
 #include "link/fake_obex.h"
 #include "session/main_controller.h"

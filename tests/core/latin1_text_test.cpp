@@ -1,8 +1,8 @@
+#include "core/latin1_text.h"
+
 #include <gtest/gtest.h>
 
 #include <string>
-
-#include "core/latin1_text.h"
 
 using namespace zorvik;
 
@@ -17,8 +17,12 @@ TEST(Latin1Text, EveryByteIsTheCharacterOfItsCodeAndComesBackTheSame) {
 
 TEST(Latin1Text, HighBytesShowAsTheirLatin1Characters) {
   // A device name and a unit as an instrument or an old file may hold them: one byte a character.
-  EXPECT_EQ(latin1Text("Gr\xFC\xDF" "e \xB5s \xA9"), QString::fromUtf8("Grüße µs ©"));
-  EXPECT_EQ(latin1Bytes(QString::fromUtf8("Grüße µs ©")), "Gr\xFC\xDF" "e \xB5s \xA9");
+  EXPECT_EQ(latin1Text("Gr\xFC\xDF"
+                       "e \xB5s \xA9"),
+            QString::fromUtf8("Grüße µs ©"));
+  EXPECT_EQ(latin1Bytes(QString::fromUtf8("Grüße µs ©")),
+            "Gr\xFC\xDF"
+            "e \xB5s \xA9");
 }
 
 TEST(Latin1Text, ACharacterAbove255BecomesOneQuestionMark) {

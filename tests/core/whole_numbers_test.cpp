@@ -1,3 +1,5 @@
+#include "core/whole_numbers.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -5,7 +7,6 @@
 #include <limits>
 
 #include "core/fault.h"
-#include "core/whole_numbers.h"
 
 using namespace zorvik;
 

@@ -1,6 +1,6 @@
-#include <gtest/gtest.h>
-
 #include "display/display_mouse.h"
+
+#include <gtest/gtest.h>
 
 using namespace zorvik;
 

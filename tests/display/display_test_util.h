@@ -89,7 +89,9 @@ inline std::string byteSamples(int n, const std::function<int(int)>& f) {
 }
 
 inline std::string sineSamples(int n, double period, double amplitude = 80, double mid = 128) {
-  return byteSamples(n, [=](int i) { return static_cast<int>(std::lround(mid + amplitude * std::sin(2 * M_PI * i / period))); });
+  return byteSamples(n, [=](int i) {
+    return static_cast<int>(std::lround(mid + amplitude * std::sin(2 * M_PI * i / period)));
+  });
 }
 
 }  // namespace zorvik::test

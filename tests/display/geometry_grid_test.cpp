@@ -9,7 +9,9 @@ using namespace zorvik;
 
 namespace {
 constexpr QRgb kBlack = 0xFF000000;
-bool olive(const QImage& img, int x, int y) { return img.pixel(x, y) == kGridOlive; }
+bool olive(const QImage& img, int x, int y) {
+  return img.pixel(x, y) == kGridOlive;
+}
 }  // namespace
 
 TEST(DisplayGeometry, ZoomOutOfRangeIsNormalSize) {
@@ -29,9 +31,10 @@ TEST(DisplayGeometry, PictureSizesMarginsAndScale) {
   struct Row {
     int zoom, w, h, wideW, perDiv, margin;
   };
-  for (const Row& r : {Row{0, 181, 149, 261, 16, 20}, Row{1, 341, 277, 501, 32, 10}, Row{2, 661, 533, 981, 64, 5},
-                       Row{3, 981, 789, 1461, 96, 3}}) {
-    const DisplayGeometry normal = DisplayGeometry::make(r.zoom, false), wide = DisplayGeometry::make(r.zoom, true);
+  for (const Row& r : {Row{0, 181, 149, 261, 16, 20}, Row{1, 341, 277, 501, 32, 10},
+                       Row{2, 661, 533, 981, 64, 5}, Row{3, 981, 789, 1461, 96, 3}}) {
+    const DisplayGeometry normal = DisplayGeometry::make(r.zoom, false),
+                          wide = DisplayGeometry::make(r.zoom, true);
     EXPECT_EQ(normal.pictureWidth(), r.w) << r.zoom;
     EXPECT_EQ(normal.pictureHeight(), r.h) << r.zoom;
     EXPECT_EQ(wide.pictureWidth(), r.wideW) << r.zoom;

@@ -43,7 +43,8 @@ TEST(Golden, SineWithSinXAndTheGrid) {
     s.interpolationPoints = 5;
     s.gridFore = true;
   });
-  rig.samples(byteSamples(330, [](int k) { return static_cast<int>(std::lround(80 * std::sin(10.2 * (k + 5) / 50) + 127)); }));
+  rig.samples(byteSamples(
+      330, [](int k) { return static_cast<int>(std::lround(80 * std::sin(10.2 * (k + 5) / 50) + 127)); }));
   ASSERT_EQ(rig.d().canvas().width(), 341);
   ASSERT_EQ(rig.d().canvas().height(), 277);
   expectGolden(rig.d().canvas().image(), "sine_sinx_zoom1.png");

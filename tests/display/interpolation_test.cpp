@@ -1,8 +1,9 @@
+#include "display/interpolation.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>
 
-#include "display/interpolation.h"
 #include "display/sample_buffer.h"
 #include "display_test_util.h"
 
@@ -40,14 +41,15 @@ int32_t reference(Interpolation kind, const SampleBuf& s, float p, int taps) {
 
 TEST(Interpolation, KernelsGiveTheSumsOfTheirTerms) {
   SampleBuf s;
-  s.fill(sineSamples(600, 17.3, 90) , false);
+  s.fill(sineSamples(600, 17.3, 90), false);
   Interpolator fast;
   struct Case {
     Interpolation kind;
     int taps;
   };
-  for (const Case& c : {Case{Interpolation::SinX, 32}, Case{Interpolation::SinX, 256}, Case{Interpolation::Lanczos, 32},
-                        Case{Interpolation::Lanczos, 256}, Case{Interpolation::Lagrange, 4}, Case{Interpolation::Lagrange, 16}}) {
+  for (const Case& c : {Case{Interpolation::SinX, 32}, Case{Interpolation::SinX, 256},
+                        Case{Interpolation::Lanczos, 32}, Case{Interpolation::Lanczos, 256},
+                        Case{Interpolation::Lagrange, 4}, Case{Interpolation::Lagrange, 16}}) {
     int worst = 0;
     // Points all over the record, the ends too, where the window is pulled inside it.
     for (int k = 0; k < 2400; ++k) {

@@ -1,6 +1,7 @@
+#include "display/persistence.h"
+
 #include <gtest/gtest.h>
 
-#include "display/persistence.h"
 #include "display_test_util.h"
 
 using namespace zorvik;

@@ -1,9 +1,10 @@
+#include "control/plot_inputs_source.h"
+
 #include <gtest/gtest.h>
 
 #include "control/channel_control.h"
 #include "control/timebase_control.h"
 #include "control/trigger_control.h"
-#include "control/plot_inputs_source.h"
 
 using namespace zorvik;
 

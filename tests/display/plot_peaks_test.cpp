@@ -47,7 +47,8 @@ TEST(PlotPeaks, JointsCloseTheGapsBetweenColumns) {
   // Alternating high and low spans that do not overlap: every column joins the one before.
   peaks(rig, pairs(400, [](int i) { return i % 2 ? std::make_pair(150, 160) : std::make_pair(100, 110); }));
   for (int x = 101; x <= 103; x += 2)
-    for (int y = 110; y <= 160; ++y) ASSERT_TRUE(rig.at(x - 1, y) != 0u || rig.at(x, y) != 0u) << x << " " << y;
+    for (int y = 110; y <= 160; ++y)
+      ASSERT_TRUE(rig.at(x - 1, y) != 0u || rig.at(x, y) != 0u) << x << " " << y;
   // Equal minimum and maximum is a point; on an edge row nothing.
   DisplayRig flat;
   flat.host.samplesPerDiv = 32;
@@ -68,7 +69,8 @@ TEST(PlotPeaks, NeighboursMergeBelowAColumnAndBetweenColumnsTheChosenPairShows) 
     ASSERT_EQ(c.hi[static_cast<size_t>(x)], 113);
   }
   // Two columns a pair: between two pairs CopyMin takes the narrower (the later on a tie), LineMax both.
-  const std::string seg = pairs(400, [](int i) { return i % 2 ? std::make_pair(120, 130) : std::make_pair(100, 140); });
+  const std::string seg =
+      pairs(400, [](int i) { return i % 2 ? std::make_pair(120, 130) : std::make_pair(100, 140); });
   q.samplesPerDiv = 16;
   ASSERT_TRUE(r.run(seg, q, c));
   ASSERT_EQ(c.start, 120);
@@ -93,9 +95,9 @@ TEST(PlotPeaks, VerticalZoomScalesAroundThePan) {
   q.samplesPerDiv = 32;
   q.vZoom = 5;
   ASSERT_TRUE(r.run(pairs(400, [](int) { return std::make_pair(120, 140); }), q, c));
-  EXPECT_EQ(c.lo[10], 88);   // (120 - 128) x 5 + 128
+  EXPECT_EQ(c.lo[10], 88);  // (120 - 128) x 5 + 128
   EXPECT_EQ(c.hi[10], 188);
-  q.vViewFrac = 0.1;         // pan = 128 - 4 x 256 x 0.1
+  q.vViewFrac = 0.1;  // pan = 128 - 4 x 256 x 0.1
   ASSERT_TRUE(r.run(pairs(400, [](int) { return std::make_pair(20, 250); }), q, c));
   EXPECT_EQ(c.lo[10], 0);
   EXPECT_EQ(c.hi[10], 255);

@@ -7,7 +7,9 @@ using namespace zorvik;
 using namespace zorvik::test;
 
 namespace {
-int code(const std::string& s, int64_t i) { return static_cast<unsigned char>(s[static_cast<size_t>(i)]) * 256; }
+int code(const std::string& s, int64_t i) {
+  return static_cast<unsigned char>(s[static_cast<size_t>(i)]) * 256;
+}
 }  // namespace
 
 TEST(PlotSamples, SamplesOnAColumnAreTakenAsTheyAre) {
@@ -20,9 +22,11 @@ TEST(PlotSamples, SamplesOnAColumnAreTakenAsTheyAre) {
     ASSERT_EQ(c.xFirst, 0);
     ASSERT_EQ(c.xLast, 319);
     int between = 0;
-    for (int x = 0; x < 320; x += 2) EXPECT_EQ(c.Out[static_cast<size_t>(x)], code(seg, 85 + x / 2)) << interp << " " << x;
+    for (int x = 0; x < 320; x += 2)
+      EXPECT_EQ(c.Out[static_cast<size_t>(x)], code(seg, 85 + x / 2)) << interp << " " << x;
     for (int x = 1; x < 320; x += 2)
-      between += c.Out[static_cast<size_t>(x)] != code(seg, 85 + x / 2) && c.Out[static_cast<size_t>(x)] != code(seg, 86 + x / 2);
+      between += c.Out[static_cast<size_t>(x)] != code(seg, 85 + x / 2) &&
+                 c.Out[static_cast<size_t>(x)] != code(seg, 86 + x / 2);
     EXPECT_GT(between, 100) << interp;  // the columns between samples are interpolated
   }
 }
@@ -100,7 +104,8 @@ TEST(PlotSamples, RecordLongerThanTheOldBufferIsPlotted) {
   DisplayRig hi;
   hi.host.samplesPerDiv = 4096;
   std::string two(80000, '\0');
-  for (size_t i = 0; i < two.size(); i += 2) two[i] = static_cast<char>(0x80 + (i / 2 % 200 < 100 ? 20 : -20));
+  for (size_t i = 0; i < two.size(); i += 2)
+    two[i] = static_cast<char>(0x80 + (i / 2 % 200 < 100 ? 20 : -20));
   hi.samples(two, true, true);
   EXPECT_EQ(hi.litColumns(), std::make_pair(4, 315));
 }

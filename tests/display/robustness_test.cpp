@@ -46,12 +46,16 @@ TEST(DisplayRobustness, AnyRecordUnderAnySettingsPlots) {
     for (char& c : seg) c = static_cast<char>(pick(0, 255));
     for (int n = 0; n < 3; ++n) {
       switch (pick(0, 2)) {
-        case 0: rig.samples(seg, pick(0, 1), pick(0, 1)); break;
+        case 0:
+          rig.samples(seg, pick(0, 1), pick(0, 1));
+          break;
         case 1:
           ++rig.host.packetCount;
           rig.d().PlotPeaks(seg, 1, pick(0, 1));
           break;
-        default: rig.d().PlotSamples(seg, 2, true, false); break;
+        default:
+          rig.d().PlotSamples(seg, 2, true, false);
+          break;
       }
     }
     const TraceColumns& c = rig.d().columns();

@@ -1,7 +1,8 @@
+#include "display/view_zoom.h"
+
 #include <gtest/gtest.h>
 
 #include "config/settings.h"
-#include "display/view_zoom.h"
 
 using namespace zorvik;
 
@@ -71,8 +72,20 @@ TEST(ViewZoom, SelectionPicksTheFactorFromTheTables) {
     double r;
     int h;
   };
-  for (const Case& c : {Case{1, 12, 10}, {1, 5, 5}, {1, 4.5, 4}, {1, 3, 2}, {1, 1.9, 1}, {2, 5, 10}, {2, 3, 5},
-                        {2, 2.2, 4}, {2, 1.5, 2}, {4, 2.5, 10}, {4, 1.3, 5}, {4, 1.2, 4}, {5, 2, 10}, {5, 1.9, 5},
+  for (const Case& c : {Case{1, 12, 10},
+                        {1, 5, 5},
+                        {1, 4.5, 4},
+                        {1, 3, 2},
+                        {1, 1.9, 1},
+                        {2, 5, 10},
+                        {2, 3, 5},
+                        {2, 2.2, 4},
+                        {2, 1.5, 2},
+                        {4, 2.5, 10},
+                        {4, 1.3, 5},
+                        {4, 1.2, 4},
+                        {5, 2, 10},
+                        {5, 1.9, 5},
                         {10, 50, 10}})
     EXPECT_EQ(horizontalZoomForSelection(c.present, c.r), c.h) << c.present << " at r " << c.r;
   EXPECT_EQ(verticalZoomForSelection(1, 10), 10);
@@ -91,7 +104,7 @@ TEST(ViewZoom, TheSelectionsMiddleBecomesTheViewsMiddleAsFarAsTheScrollGoes) {
   EXPECT_EQ(viewValueCentring(ZoomAxis::Horizontal, 1, 0, 0.3, 2), 800);
   EXPECT_EQ(viewValueCentring(ZoomAxis::Horizontal, 1, 0, 0.5, 10), 0);
   EXPECT_EQ(viewValueCentring(ZoomAxis::Horizontal, 1, 0, 0.0, 2), ViewZoom::kMax);  // the left end, limited
-  EXPECT_EQ(viewValueCentring(ZoomAxis::Vertical, 1, 0, 0.7, 2), 800);  // towards the top
+  EXPECT_EQ(viewValueCentring(ZoomAxis::Vertical, 1, 0, 0.7, 2), 800);               // towards the top
   EXPECT_EQ(viewValueCentring(ZoomAxis::Vertical, 1, 0, 1.0, 5), ViewZoom::kMax);
   // From a zoomed view at its left end, its own middle stays where it is.
   EXPECT_EQ(viewValueCentring(ZoomAxis::Horizontal, 2, ViewZoom::kMax, 0.5, 4), 667);

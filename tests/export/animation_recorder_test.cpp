@@ -1,6 +1,6 @@
-#include <gtest/gtest.h>
-
 #include "export/animation_recorder.h"
+
+#include <gtest/gtest.h>
 
 using namespace zorvik;
 

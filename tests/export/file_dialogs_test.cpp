@@ -1,10 +1,11 @@
+#include "export/file_dialogs.h"
+
 #include <gtest/gtest.h>
 
 #include <filesystem>
 
 #include "config/config_test_util.h"
 #include "config/settings.h"
-#include "export/file_dialogs.h"
 #include "export/scripted_file_dialogs.h"
 
 using namespace zorvik;
@@ -98,5 +99,6 @@ TEST(FileDialog, WorkingDirectoryIsRestoredAndTheDialogsDirectoryRemembered) {
   d.to = elsewhere.file("");
   EXPECT_EQ(OpenFileDialog(d, settings, kTwo, "Firmware"), "");
   EXPECT_EQ(fs::current_path(), before);
-  EXPECT_EQ(fs::path(settings.GetSettingValue("Folders", "Firmware", "")), fs::canonical(elsewhere.file("")) / "");
+  EXPECT_EQ(fs::path(settings.GetSettingValue("Folders", "Firmware", "")),
+            fs::canonical(elsewhere.file("")) / "");
 }

@@ -1,3 +1,5 @@
+#include "export/gif_writer.h"
+
 #include <gtest/gtest.h>
 
 #include <QImage>
@@ -5,7 +7,6 @@
 #include <cmath>
 
 #include "config/config_test_util.h"
-#include "export/gif_writer.h"
 
 using namespace zorvik;
 using zorvik::test::readFile;
@@ -18,7 +19,9 @@ QImage display(int phase = 0) {
   image.fill(Qt::black);
   for (int x = 10; x <= 330; x += 32)
     for (int y = 10; y <= 266; ++y) image.setPixel(x, y, qRgb(128, 128, 0));
-  for (int x = 10; x <= 330; ++x) image.setPixel(x, 138 + static_cast<int>(std::lround(80 * std::sin((x + phase) / 25.0))), qRgb(0, 255, 0));
+  for (int x = 10; x <= 330; ++x)
+    image.setPixel(x, 138 + static_cast<int>(std::lround(80 * std::sin((x + phase) / 25.0))),
+                   qRgb(0, 255, 0));
   return image;
 }
 }  // namespace

@@ -1,16 +1,17 @@
+#include "export/packet_files.h"
+
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <filesystem>
-#include <unistd.h>
 
 #include "config/config_test_util.h"
 #include "config/settings.h"
 #include "core/fault.h"
-#include "export/packet_files.h"
+#include "core/recording_sink.h"
 #include "export/scripted_file_dialogs.h"
 #include "link/fake_obex.h"
 #include "session/main_controller.h"
-#include "core/recording_sink.h"
 
 using namespace zorvik;
 using namespace std::string_literals;

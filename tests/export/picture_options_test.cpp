@@ -1,9 +1,10 @@
+#include "export/picture_options.h"
+
 #include <gtest/gtest.h>
 
 #include <stdexcept>
 
 #include "config/settings.h"
-#include "export/picture_options.h"
 
 using namespace zorvik;
 

@@ -1,18 +1,18 @@
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <QImage>
 #include <filesystem>
-#include <unistd.h>
 
 #include "config/config_test_util.h"
 #include "config/settings.h"
 #include "core/fault.h"
+#include "core/recording_sink.h"
 #include "export/display_pictures.h"
 #include "export/jpeg_writer.h"
 #include "export/scripted_file_dialogs.h"
 #include "link/fake_obex.h"
 #include "session/main_controller.h"
-#include "core/recording_sink.h"
 
 using namespace zorvik;
 using zorvik::test::readFile;
@@ -24,7 +24,8 @@ namespace {
 QImage picture() {
   QImage image(341, 277, QImage::Format_RGB32);
   image.fill(Qt::black);
-  for (int x = 0; x < 341; ++x) image.setPixel(x, 138 + static_cast<int>(60 * std::sin(x / 20.0)), qRgb(0, 255, 0));
+  for (int x = 0; x < 341; ++x)
+    image.setPixel(x, 138 + static_cast<int>(60 * std::sin(x / 20.0)), qRgb(0, 255, 0));
   return image;
 }
 
@@ -42,7 +43,8 @@ struct PicturesTest : ::testing::Test {
   PicturesTest() : main(settings, sink, view), pictures(main, dialogs) { main.attachLink(&link); }
   ~PicturesTest() override { main.attachLink(nullptr); }
   void save(PictureTarget t, bool autoName = false) {
-    pictures.SaveToBMPGIFJPG(t, picture, [this](const QImage& i) { clipboard = i; }, autoName, 4711);
+    pictures.SaveToBMPGIFJPG(
+        t, picture, [this](const QImage& i) { clipboard = i; }, autoName, 4711);
   }
   SerialLink link;
   RecordingSink sink;
@@ -64,7 +66,8 @@ TEST(JpegWriter, BaselineJfifWithTheCommentAndFullSampling) {
   const std::string bytes = readFile(path);
   ASSERT_GT(bytes.size(), 100u);
   EXPECT_EQ(bytes.substr(0, 2), "\xFF\xD8");
-  EXPECT_NE(bytes.find(std::string("\xFF\xFE") + '\0' + static_cast<char>(2 + std::string(kJpegComment).size()) + kJpegComment),
+  EXPECT_NE(bytes.find(std::string("\xFF\xFE") + '\0' +
+                       static_cast<char>(2 + std::string(kJpegComment).size()) + kJpegComment),
             std::string::npos);
   // The baseline frame: three components, each sampled 1 x 1.
   const size_t sof = bytes.find("\xFF\xC0");
@@ -111,11 +114,13 @@ TEST_F(PicturesTest, FilesTheirMessagesAndTheHeldAcquisition) {
   // A memo window's picture: its own texts, and the clipboard filled without a word.
   const size_t said = sink.messages.size();
   dialogs.answers = {dir.file("memo.jpg")};
-  pictures.savePicture(PictureTarget::Jpeg, picture(), [](const QImage&) {}, kMemoPictureTexts);
+  pictures.savePicture(
+      PictureTarget::Jpeg, picture(), [](const QImage&) {}, kMemoPictureTexts);
   ASSERT_EQ(sink.messages.size(), said + 1);
   EXPECT_EQ(sink.messages.back().text, "Picture saved:\r\n" + dir.file("memo.jpg"));
   EXPECT_EQ(sink.messages.back().key, "MemoPictWrited");
   EXPECT_NE(readFile(dir.file("memo.jpg")).find("Zorvik screen capture"), std::string::npos);
-  pictures.savePicture(PictureTarget::Clipboard, picture(), [](const QImage&) {}, kMemoPictureTexts);
+  pictures.savePicture(
+      PictureTarget::Clipboard, picture(), [](const QImage&) {}, kMemoPictureTexts);
   EXPECT_EQ(sink.messages.size(), said + 1);
 }

@@ -1,12 +1,13 @@
+#include "firmware/firmware_update.h"
+
 #include <gtest/gtest.h>
 
 #include "config/config_test_util.h"
 #include "config/settings.h"
+#include "core/messages.h"
 #include "export/scripted_file_dialogs.h"
-#include "firmware/firmware_update.h"
 #include "firmware/zfw_image.h"
 #include "session/headless_session.h"
-#include "core/messages.h"
 
 using namespace zorvik;
 using zorvik::test::TempDir;
@@ -15,7 +16,8 @@ using zorvik::test::writeFile;
 namespace {
 
 std::string image(const std::string& target, const std::string& version, size_t body) {
-  std::string s = "Zorvik firmware\r\nTarget: " + target + "\r\nVersion: " + version + "\r\nDate: 20261123\r\nFW:";
+  std::string s =
+      "Zorvik firmware\r\nTarget: " + target + "\r\nVersion: " + version + "\r\nDate: 20261123\r\nFW:";
   for (size_t i = 0; i < body; ++i) s += static_cast<char>(i * 7);
   return s;
 }
@@ -76,7 +78,8 @@ TEST(FirmwareUpdate, TheSimulatedInstrumentTakesEverySector) {
   FirmwareUpdate update(session.main(), dialogs, view);
   session.control().fillRegisters(session.main().registers(), &session.trigger(), &session.run(), &update);
   session.main().KeyConnect_Click();
-  ASSERT_TRUE(HeadlessSession::spinUntil([&] { return session.main().sessionState() == SessionState::Ready; }, 5000));
+  ASSERT_TRUE(
+      HeadlessSession::spinUntil([&] { return session.main().sessionState() == SessionState::Ready; }, 5000));
 
   update.FirmWareUpdate();
   EXPECT_TRUE(update.Updating);
@@ -110,7 +113,8 @@ TEST(FirmwareUpdate, ForeignImagesUnknownSectorsAndSilence) {
   EXPECT_FALSE(update.Updating);
 
   session.main().KeyConnect_Click();
-  ASSERT_TRUE(HeadlessSession::spinUntil([&] { return session.main().sessionState() == SessionState::Ready; }, 5000));
+  ASSERT_TRUE(
+      HeadlessSession::spinUntil([&] { return session.main().sessionState() == SessionState::Ready; }, 5000));
   update.FirmWareUpdate();
   ASSERT_TRUE(HeadlessSession::spinUntil([&] { return !update.Updating; }, 3000));
   EXPECT_EQ(session.messages().messages.back().text, "Firmware uncompatible!");
@@ -120,7 +124,8 @@ TEST(FirmwareUpdate, ForeignImagesUnknownSectorsAndSilence) {
   writeFile(dir.file("fw.zfw"), image("ZV-1", "1.20", 1024));
   ASSERT_TRUE(HeadlessSession::spinUntil([&] { return !session.main().Online(); }, 3000));
   session.main().KeyConnect_Click();
-  ASSERT_TRUE(HeadlessSession::spinUntil([&] { return session.main().sessionState() == SessionState::Ready; }, 5000));
+  ASSERT_TRUE(
+      HeadlessSession::spinUntil([&] { return session.main().sessionState() == SessionState::Ready; }, 5000));
   dialogs.answers = {dir.file("fw.zfw")};
   update.FirmWareUpdate();
   ASSERT_TRUE(HeadlessSession::spinUntil([&] { return view.startEnabled; }, 3000));
@@ -128,7 +133,8 @@ TEST(FirmwareUpdate, ForeignImagesUnknownSectorsAndSilence) {
   EXPECT_EQ(session.messages().messages.back().text, "Undefined sector = 200");
   EXPECT_TRUE(update.timer().isActive());  // still waiting
   update.sectorTimeout();
-  EXPECT_EQ(session.messages().messages.back().text, "Firmware update failed.\r\nReconnect zorvik and repite");
+  EXPECT_EQ(session.messages().messages.back().text,
+            "Firmware update failed.\r\nReconnect zorvik and repite");
   EXPECT_FALSE(update.Updating);
 }
 

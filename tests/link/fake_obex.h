@@ -64,13 +64,20 @@ class FakeObex : public ClassOBEX {
     calls.push_back(std::string("SetRepeatCommand ") + (en ? "on " : "off ") + n);
   }
   void SetPeriodicCommand(bool en, const std::string& n, int32_t ms) override {
-    calls.push_back(std::string("SetPeriodicCommand ") + (en ? "on " : "off ") + n + " " + std::to_string(ms));
+    calls.push_back(std::string("SetPeriodicCommand ") + (en ? "on " : "off ") + n + " " +
+                    std::to_string(ms));
   }
   void GetRegister(const std::string& n) override { calls.push_back("GetRegister " + n); }
   void GetProperty(const std::string& n) override { calls.push_back("GetProperty " + n); }
-  void PutRegister1(const std::string& n, uint8_t v) override { calls.push_back("Put1 " + n + "=" + std::to_string(v)); }
-  void PutRegister2(const std::string& n, int32_t v) override { calls.push_back("Put2 " + n + "=" + std::to_string(v)); }
-  void PutRegister4(const std::string& n, int32_t v) override { calls.push_back("Put4 " + n + "=" + std::to_string(v)); }
+  void PutRegister1(const std::string& n, uint8_t v) override {
+    calls.push_back("Put1 " + n + "=" + std::to_string(v));
+  }
+  void PutRegister2(const std::string& n, int32_t v) override {
+    calls.push_back("Put2 " + n + "=" + std::to_string(v));
+  }
+  void PutRegister4(const std::string& n, int32_t v) override {
+    calls.push_back("Put4 " + n + "=" + std::to_string(v));
+  }
   void ResendLast() override {}
   void StopRepeat(bool) override {}
 };

@@ -1,8 +1,8 @@
+#include "measure/measurement_pass.h"
+
 #include <gtest/gtest.h>
 
 #include <string>
-
-#include "measure/measurement_pass.h"
 
 using namespace zorvik;
 

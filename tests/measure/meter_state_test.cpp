@@ -1,6 +1,7 @@
+#include "measure/meter_state.h"
+
 #include <gtest/gtest.h>
 
-#include "measure/meter_state.h"
 #include "measure/meter_text.h"
 
 using namespace zorvik;
@@ -55,7 +56,8 @@ TEST(MeterState, TheAverageIsAMeanWhileYoungAndAFilterAfter) {
   EXPECT_FLOAT_EQ(m.AvgValue, 2.0f);
   m.Ind(false, "V", 4.0f, 0, "", 100);  // T = dt: k = 1
   EXPECT_FLOAT_EQ(m.AvgValue, 4.0f);
-  for (int t = 200; t <= 3000; t += 100) m.Ind(false, "V", t % 200 ? 4.0f : 2.0f, 0, "", static_cast<uint32_t>(t));
+  for (int t = 200; t <= 3000; t += 100)
+    m.Ind(false, "V", t % 200 ? 4.0f : 2.0f, 0, "", static_cast<uint32_t>(t));
   // Past a second k stays at 0.1: a first-order filter of a value that toggles between 2 and 4.
   EXPECT_GT(m.AvgValue, 2.5f);
   EXPECT_LT(m.AvgValue, 3.5f);

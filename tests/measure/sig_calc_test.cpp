@@ -1,9 +1,9 @@
+#include "measure/sig_calc.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <string>
-
-#include "measure/sig_calc.h"
 
 using namespace zorvik;
 
@@ -133,10 +133,10 @@ TEST(SigCalc, SpreadShortAndCloseRecords) {
   EXPECT_EQ(c.TopCode8, 150);
 
   // Peak pairs count at the middle of each pair.
-  c.BuildLevelHistogram(bytes({{90, 1}, {111, 1}, {90, 1}, {111, 1}, {90, 1}, {111, 1}, {90, 1}, {111, 1}, {90, 1},
-                               {111, 1}, {90, 1}, {111, 1}, {90, 1}, {111, 1}, {90, 1}, {111, 1}, {90, 1}, {111, 1},
-                               {90, 1}, {111, 1}}),
-                        false, true);
+  c.BuildLevelHistogram(
+      bytes({{90, 1}, {111, 1}, {90, 1}, {111, 1}, {90, 1}, {111, 1}, {90, 1}, {111, 1}, {90, 1}, {111, 1},
+             {90, 1}, {111, 1}, {90, 1}, {111, 1}, {90, 1}, {111, 1}, {90, 1}, {111, 1}, {90, 1}, {111, 1}}),
+      false, true);
   EXPECT_EQ(c.histogram8(100), 10);
   EXPECT_EQ(c.histogram8(90), 0);
 }

@@ -1,3 +1,5 @@
+#include "measure/sig_timing.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -5,7 +7,6 @@
 
 #include "measure/meter_readings.h"
 #include "measure/sig_calc.h"
-#include "measure/sig_timing.h"
 
 using namespace zorvik;
 
@@ -56,7 +57,7 @@ TEST(SigTiming, CrossingsNeedThirtyTwoCharactersAndComeFromTheOtherSide) {
   Measured resting(codes({{100, 10}, {128, 20}, {180, 10}}));
   ASSERT_EQ(resting.timing.riseList().size(), 1u);
   EXPECT_EQ(resting.timing.riseList()[0], 11);  // A = 100 + 128, B = 128 + 128 reaches 256 at the 11th
-  EXPECT_EQ(resting.timing.PeriodCount, 0);  // one rise, no fall
+  EXPECT_EQ(resting.timing.PeriodCount, 0);     // one rise, no fall
 }
 
 TEST(SigTiming, PeriodAndPulseWidthFromTheLists) {

@@ -4,9 +4,9 @@
 #include <QTimer>
 
 #include "config/settings.h"
+#include "core/recording_sink.h"
 #include "link/fake_obex.h"
 #include "session/main_controller.h"
-#include "core/recording_sink.h"
 
 using namespace zorvik;
 using zorvik::test::FakeObex;

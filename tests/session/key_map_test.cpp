@@ -1,9 +1,9 @@
+#include "session/key_map.h"
+
 #include <gtest/gtest.h>
 
 #include <string>
 #include <vector>
-
-#include "session/key_map.h"
 
 using namespace zorvik;
 
@@ -39,7 +39,8 @@ TEST(KeyMap, SingleKeysInEitherCase) {
   keys.devMode = true;
   EXPECT_TRUE(keys.press("t", 0));
   EXPECT_FALSE(keys.press("Y", 0));
-  EXPECT_EQ(log.done, (std::vector<std::string>{"start", "workmode", "hires", "timediv 1", "zoom", "debug", "speed"}));
+  EXPECT_EQ(log.done,
+            (std::vector<std::string>{"start", "workmode", "hires", "timediv 1", "zoom", "debug", "speed"}));
 }
 
 TEST(KeyMap, PrefixKeysCountWithinTheirWindow) {

@@ -1,12 +1,13 @@
+#include "session/run_control.h"
+
 #include <gtest/gtest.h>
 
 #include <QCoreApplication>
 
 #include "config/settings.h"
+#include "core/recording_sink.h"
 #include "link/fake_obex.h"
 #include "session/main_controller.h"
-#include "session/run_control.h"
-#include "core/recording_sink.h"
 
 using namespace zorvik;
 using zorvik::test::FakeObex;

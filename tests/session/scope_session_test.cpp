@@ -60,7 +60,8 @@ TEST_F(ScopeSessionTest, SessionStartWritesTheStoredSettingsInOrder) {
   std::vector<std::string> names;
   for (const auto& w : session->link().writes) names.push_back(w.first);
   // T1 goes out again after S1; the time base follows once the limits are known.
-  const std::vector<std::string> head = {"O1", "M1", "T1", "V1", "P1", "S1", "T1", "RT", "AP", "AR", "TA", "TW", "TD"};
+  const std::vector<std::string> head = {"O1", "M1", "T1", "V1", "P1", "S1", "T1",
+                                         "RT", "AP", "AR", "TA", "TW", "TD"};
   ASSERT_GE(names.size(), head.size());
   EXPECT_EQ(std::vector<std::string>(names.begin(), names.begin() + static_cast<long>(head.size())), head);
 }
@@ -89,7 +90,9 @@ TEST_F(ScopeSessionTest, EveryStageReadsThePacketsOfALiveSession) {
 TEST_F(ScopeSessionTest, TheSerialKeyStopsARecordingAsTheCheckBoxDoes) {
   connect("rate=max");
   int saved = -1;
-  core().recorder().onComplete = [&](std::vector<AniGIF::Frame> frames) { saved = static_cast<int>(frames.size()); };
+  core().recorder().onComplete = [&](std::vector<AniGIF::Frame> frames) {
+    saved = static_cast<int>(frames.size());
+  };
   core().run().WorkMode_Click(true);
   core().recorder().start(1000);
   ASSERT_TRUE(spinUntil([&] { return core().recorder().frame() >= 2; }, 5000));
@@ -101,7 +104,8 @@ TEST_F(ScopeSessionTest, TheSerialKeyStopsARecordingAsTheCheckBoxDoes) {
 
 TEST_F(ScopeSessionTest, StartAndSerialKeysWaitForReadyAsTheirControlsDo) {
   // A limit that never arrives keeps the session setting up, Start and Serial disabled.
-  session = std::make_unique<HeadlessSession>(settings, std::vector<std::string>{"rate=max,fault=missing:TPl"});
+  session =
+      std::make_unique<HeadlessSession>(settings, std::vector<std::string>{"rate=max,fault=missing:TPl"});
   session->main().KeyConnect_Click();
   ASSERT_TRUE(spinUntil([&] { return session->main().sessionState() == SessionState::SettingUp; }, 5000));
   spinFor(400);  // past the first-time timer

@@ -5,10 +5,10 @@
 #include <QThread>
 
 #include "config/settings.h"
-#include "session/basic_control.h"
-#include "link/fake_obex.h"
-#include "session/main_controller.h"
 #include "core/recording_sink.h"
+#include "link/fake_obex.h"
+#include "session/basic_control.h"
+#include "session/main_controller.h"
 
 using namespace zorvik;
 using zorvik::test::FakeObex;
@@ -78,13 +78,13 @@ TEST_F(Session, StartAsksPropertiesThenWritesRegistersInOrder) {
   EXPECT_TRUE(main.state().devicePageVisible);
   std::vector<std::string> props;
   for (const auto& c : callsStartingWith("GetProperty ")) props.push_back(c.substr(12));
-  EXPECT_EQ(props, (std::vector<std::string>{"VNM", "VSN", "VHW", "VSW", "MCl", "MCh", "MCd", "TOv", "TOl", "TMl",
-                                             "TMh", "TPl"}));
+  EXPECT_EQ(props, (std::vector<std::string>{"VNM", "VSN", "VHW", "VSW", "MCl", "MCh", "MCd", "TOv", "TOl",
+                                             "TMl", "TMh", "TPl"}));
   std::vector<std::string> writes;
   for (const auto& c : link.calls)
     if (c.rfind("Put", 0) == 0) writes.push_back(c.substr(5, c.find('=') - 5));
-  EXPECT_EQ(writes, (std::vector<std::string>{"O1", "M1", "T1", "V1", "P1", "S1", "T1", "RT", "AP", "AR", "TA", "TW",
-                                              "TD", "TC", "RS"}));
+  EXPECT_EQ(writes, (std::vector<std::string>{"O1", "M1", "T1", "V1", "P1", "S1", "T1", "RT", "AP", "AR",
+                                              "TA", "TW", "TD", "TC", "RS"}));
   // The device's start message is shown in a box that closes by itself.
   ASSERT_EQ(sink.messages.size(), 1u);
   EXPECT_EQ(sink.messages[0].text, "Device message: \r\nhello");
@@ -153,7 +153,8 @@ TEST_F(Session, PortRefusedAndNoDeviceAsk) {
   main.KeyConnect_Click();
   link.queueNoDevice();
   spin(5);
-  EXPECT_EQ(sink.messages.back().text, "No answer. Check device power and cable.\r\nSetup another port number?");
+  EXPECT_EQ(sink.messages.back().text,
+            "No answer. Check device power and cable.\r\nSetup another port number?");
   EXPECT_EQ(callsStartingWith("ShowPortSetup").size(), 1u);  // answered no
   link.portAutomatic = true;
   link.queueNoDevice();

@@ -1,6 +1,6 @@
-#include <gtest/gtest.h>
-
 #include "session/timebase_probe.h"
+
+#include <gtest/gtest.h>
 
 using namespace zorvik;
 using Writes = std::vector<std::pair<std::string, int32_t>>;

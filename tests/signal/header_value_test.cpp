@@ -1,9 +1,10 @@
+#include "signal/header_value.h"
+
 #include <gtest/gtest.h>
 
 #include <string>
 
 #include "link/device_cache.h"
-#include "signal/header_value.h"
 
 using namespace zorvik;
 
@@ -19,7 +20,7 @@ TEST(HeaderValue, FitsEachTargetWidth) {
   EXPECT_EQ(fitByte(bytes({0xFF})), 255);
   EXPECT_EQ(fitByte(bytes({0x01, 0x00})), std::nullopt);
   EXPECT_EQ(fitByte(bytes({0x00, 0x7F})), 0x7F);  // leading zero bytes still fit
-  EXPECT_EQ(fitByte(""), 0);                        // an empty value folds to 0
+  EXPECT_EQ(fitByte(""), 0);                      // an empty value folds to 0
   EXPECT_EQ(fitSigned16(bytes({0xFF, 0xFF})), -1);
   EXPECT_EQ(fitSigned16(bytes({0x7F, 0xFF})), 32767);
   EXPECT_EQ(fitSigned16(bytes({0x01, 0x00, 0x00})), std::nullopt);

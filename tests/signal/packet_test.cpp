@@ -1,9 +1,10 @@
+#include "signal/packet.h"
+
 #include <gtest/gtest.h>
 
 #include <string>
 #include <vector>
 
-#include "signal/packet.h"
 #include "signal/process_packet.h"
 
 using namespace zorvik;
@@ -35,7 +36,8 @@ struct Host : PacketHost {
   bool risActive() const override { return risOn; }
   bool selectRectVisible() const override { return select; }
   void PlotSamples(std::string_view s, int n, bool dec, bool two) override {
-    plots.push_back("S" + std::to_string(n) + (dec ? "d" : "") + (two ? "2" : "") + ":" + std::to_string(s.size()));
+    plots.push_back("S" + std::to_string(n) + (dec ? "d" : "") + (two ? "2" : "") + ":" +
+                    std::to_string(s.size()));
   }
   void PlotPeaks(std::string_view s, int n, bool half) override {
     plots.push_back("P" + std::to_string(n) + (half ? "h" : "") + ":" + std::to_string(s.size()));

@@ -1,9 +1,9 @@
+#include "signal/roll_stream.h"
+
 #include <gtest/gtest.h>
 
 #include <string>
 #include <vector>
-
-#include "signal/roll_stream.h"
 
 using namespace zorvik;
 
@@ -16,9 +16,12 @@ struct Ops : RollCanvas {
   void lineTo(int x, int y, uint32_t c) override {
     ops.push_back("l" + std::to_string(x) + "," + std::to_string(y) + "#" + std::to_string(c));
   }
-  void point(int x, int y, uint32_t, int) override { ops.push_back("p" + std::to_string(x) + "," + std::to_string(y)); }
+  void point(int x, int y, uint32_t, int) override {
+    ops.push_back("p" + std::to_string(x) + "," + std::to_string(y));
+  }
   void line(int x1, int y1, int x2, int y2, uint32_t) override {
-    ops.push_back("L" + std::to_string(x1) + "," + std::to_string(y1) + "-" + std::to_string(x2) + "," + std::to_string(y2));
+    ops.push_back("L" + std::to_string(x1) + "," + std::to_string(y1) + "-" + std::to_string(x2) + "," +
+                  std::to_string(y2));
   }
 };
 

@@ -1,6 +1,6 @@
-#include <gtest/gtest.h>
-
 #include "sim/delivery_plan.h"
+
+#include <gtest/gtest.h>
 
 namespace zorvik {
 namespace {

@@ -11,7 +11,7 @@ namespace zorvik {
 class EventRecorder : public ObexEvents {
  public:
   struct Entry {
-    std::string kind;  // "NoDevice", "Message", "Start", "End", "Header", "Roll"
+    std::string kind;       // "NoDevice", "Message", "Start", "End", "Header", "Roll"
     std::string name = "";  // header name, or the message text
     std::string value = "";
     bool parallel = false;

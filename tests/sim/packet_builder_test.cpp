@@ -1,17 +1,22 @@
+#include "sim/packet_builder.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
 
-#include "sim/packet_builder.h"
-
 namespace zorvik {
 namespace {
 
-int byteAt(const std::string& s, size_t i) { return static_cast<unsigned char>(s[i]); }
-int wordAt(const std::string& s, size_t i) { return byteAt(s, i) * 256 + byteAt(s, i + 1); }
+int byteAt(const std::string& s, size_t i) {
+  return static_cast<unsigned char>(s[i]);
+}
+int wordAt(const std::string& s, size_t i) {
+  return byteAt(s, i) * 256 + byteAt(s, i + 1);
+}
 
 struct Rig {
-  explicit Rig(std::string_view options) : config(parseSimConfig(options)), generator(config), builder(generator) {}
+  explicit Rig(std::string_view options)
+      : config(parseSimConfig(options)), generator(config), builder(generator) {}
   const std::string& build(AcquisitionSetup s, double now = 0.00123) {
     s.qsh = config.qshForMode(s.M1);
     return builder.build(s, now);
@@ -112,8 +117,8 @@ TEST(PacketBuilder, PeakDetectShowsWhatSamplingAliasesAway) {
   s.QS = 500;
   s.M1 = 4;
   const std::string& plain = rig.build(s, 0.0000003);
-  const auto [lo, hi] = std::minmax_element(plain.begin() + 4, plain.end(),
-                                            [](char a, char b) { return (unsigned char)a < (unsigned char)b; });
+  const auto [lo, hi] = std::minmax_element(
+      plain.begin() + 4, plain.end(), [](char a, char b) { return (unsigned char)a < (unsigned char)b; });
   EXPECT_LE((unsigned char)*hi - (unsigned char)*lo, 1);
   for (uint8_t mode : {2, 3}) {
     s.M1 = mode;

@@ -1,9 +1,9 @@
+#include "sim/signal_generator.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <vector>
-
-#include "sim/signal_generator.h"
 
 namespace zorvik {
 namespace {
@@ -54,7 +54,8 @@ TEST(SignalGenerator, GridAgreesWithDirectEvaluation) {
     const double dt = 1.7e-6;
     g.cleanGrid(t0, dt, grid.data(), grid.size());
     for (size_t k = 0; k < grid.size(); k += 7)
-      ASSERT_NEAR(grid[k], g.clean(t0 + static_cast<double>(k) * dt), 1e-4) << static_cast<int>(w) << " " << k;
+      ASSERT_NEAR(grid[k], g.clean(t0 + static_cast<double>(k) * dt), 1e-4)
+          << static_cast<int>(w) << " " << k;
   }
 }
 

@@ -1,7 +1,8 @@
+#include "sim/sim_config.h"
+
 #include <gtest/gtest.h>
 
 #include "core/fault.h"
-#include "sim/sim_config.h"
 
 namespace zorvik {
 namespace {
@@ -65,11 +66,29 @@ TEST(SimConfig, UnknownKeysAndBadValuesAreFaultsThatNameThem) {
   const std::string badFreq = faultText("freq=fast");
   EXPECT_NE(badFreq.find("freq"), std::string::npos);
   EXPECT_NE(badFreq.find("fast"), std::string::npos);
-  for (const char* bad : {"signal=saw", "freq=0", "freq=-5", "freq=1e400", "vpp=-1", "noise=inf",
-                          "rate=0", "rate=fast", "seed=-1", "seed=1.5", "TOl=0x", "L_B=256",
-                          "P1h=32768", "QSh=1", "QSh=70000", "TCh=65536", "fault=lost:0",
-                          "fault=lost:x", "fault=missing:", "fault=missing:MC", "fault=crash",
-                          "freq", "=5"})
+  for (const char* bad : {"signal=saw",
+                          "freq=0",
+                          "freq=-5",
+                          "freq=1e400",
+                          "vpp=-1",
+                          "noise=inf",
+                          "rate=0",
+                          "rate=fast",
+                          "seed=-1",
+                          "seed=1.5",
+                          "TOl=0x",
+                          "L_B=256",
+                          "P1h=32768",
+                          "QSh=1",
+                          "QSh=70000",
+                          "TCh=65536",
+                          "fault=lost:0",
+                          "fault=lost:x",
+                          "fault=missing:",
+                          "fault=missing:MC",
+                          "fault=crash",
+                          "freq",
+                          "=5"})
     EXPECT_FALSE(faultText(bad).empty()) << bad;
 }
 

@@ -1,6 +1,6 @@
-#include <gtest/gtest.h>
-
 #include "sim/sim_device.h"
+
+#include <gtest/gtest.h>
 
 namespace zorvik {
 namespace {

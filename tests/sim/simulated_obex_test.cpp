@@ -1,3 +1,5 @@
+#include "sim/simulated_obex.h"
+
 #include <gtest/gtest.h>
 
 #include <QElapsedTimer>
@@ -5,7 +7,6 @@
 
 #include "sim/event_loop_helpers.h"
 #include "sim/event_recorder.h"
-#include "sim/simulated_obex.h"
 
 namespace zorvik {
 namespace {
@@ -100,7 +101,11 @@ TEST_F(SimulatedObexTest, BootStateOnlyTalksToTheLoader) {
   link->GetProperty("VNM");
   link->SendCommand("D", true, true);
   link->SendCommand("F", true, false);
-  link->SendFirmwareSector("W", std::string("\x05" "data", 5), true, true);
+  link->SendFirmwareSector("W",
+                           std::string("\x05"
+                                       "data",
+                                       5),
+                           true, true);
   link->CloseSession();
   ASSERT_TRUE(spinUntil([&] { return events.count("End") == 1; }, 1000));
   EXPECT_EQ(events.kinds(), (std::vector<std::string>{"Message", "F", "W", "End"}));

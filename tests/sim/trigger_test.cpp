@@ -7,10 +7,13 @@
 namespace zorvik {
 namespace {
 
-int code(const std::string& p, size_t sample) { return static_cast<unsigned char>(p[4 + sample]); }
+int code(const std::string& p, size_t sample) {
+  return static_cast<unsigned char>(p[4 + sample]);
+}
 
 struct Rig {
-  explicit Rig(std::string_view options) : config(parseSimConfig(options)), generator(config), builder(generator) {}
+  explicit Rig(std::string_view options)
+      : config(parseSimConfig(options)), generator(config), builder(generator) {}
   const std::string& build(const AcquisitionSetup& s, double now) { return builder.build(s, now); }
   SimConfig config;
   SignalGenerator generator;

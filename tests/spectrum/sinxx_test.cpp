@@ -1,3 +1,5 @@
+#include "spectrum/sinxx.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -5,7 +7,6 @@
 
 #include "measure/main_meter.h"
 #include "measure/thd.h"
-#include "spectrum/sinxx.h"
 #include "spectrum/spectrum_engine.h"
 
 using namespace zorvik;
@@ -75,11 +76,13 @@ TEST(MainMeter, TheStrongestLineOfTheBand) {
   EXPECT_TRUE(all.signal);
   EXPECT_NEAR(all.frequency, 31250, 1);
   // A band around the third harmonic (93.75 kHz), refined.
-  MainMeterReading third = readMainMeter(e.SpecAmp, e.SpecBins, e.MaxFreq, e.PeakBin, e.PeakAmp, "80", "110", true);
+  MainMeterReading third =
+      readMainMeter(e.SpecAmp, e.SpecBins, e.MaxFreq, e.PeakBin, e.PeakAmp, "80", "110", true);
   EXPECT_NEAR(third.frequency, 93750, 1000);
   EXPECT_NEAR(third.amplitude, 0.2, 0.02);
   // A negative top takes the bottom's text; a band with nothing in it has no signal.
-  MainMeterReading none = readMainMeter(e.SpecAmp, e.SpecBins, e.MaxFreq, e.PeakBin, e.PeakAmp, "0", "-5", false);
+  MainMeterReading none =
+      readMainMeter(e.SpecAmp, e.SpecBins, e.MaxFreq, e.PeakBin, e.PeakAmp, "0", "-5", false);
   EXPECT_EQ(none.maxText, "0");
   EXPECT_FALSE(none.signal);  // bin 0 is left out of the spectrum
 }

@@ -1,3 +1,5 @@
+#include "spectrum/spectrum_engine.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -6,7 +8,6 @@
 #include <string>
 
 #include "spectrum/fft.h"
-#include "spectrum/spectrum_engine.h"
 
 using namespace zorvik;
 
@@ -124,7 +125,8 @@ TEST(Transform, MatchesAPlainDftAndCutsToAPowerOfTwo) {
   ASSERT_EQ(re.size(), 32u);
   for (int k = 0; k < 32; ++k) {
     std::complex<double> sum = 0;
-    for (int t = 0; t < 64; ++t) sum += static_cast<double>(x[static_cast<size_t>(t)]) * std::polar(1.0, -2 * kPi * k * t / 64);
+    for (int t = 0; t < 64; ++t)
+      sum += static_cast<double>(x[static_cast<size_t>(t)]) * std::polar(1.0, -2 * kPi * k * t / 64);
     EXPECT_NEAR(re[static_cast<size_t>(k)], sum.real(), 1e-4) << k;
     EXPECT_NEAR(im[static_cast<size_t>(k)], sum.imag(), 1e-4) << k;
   }

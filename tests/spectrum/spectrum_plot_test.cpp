@@ -1,10 +1,11 @@
+#include "spectrum/spectrum_plot.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>
 
 #include "export/csv_text.h"
 #include "spectrum/spectrum_engine.h"
-#include "spectrum/spectrum_plot.h"
 
 using namespace zorvik;
 
@@ -62,7 +63,7 @@ TEST(SpectrumPlot, ColumnsTakeTheLastBinOrInterpolate) {
   scale.FreqSpan = 64;
   s.interpolation = 1;
   const std::vector<float> fine = spectrumColumns(line, scale, s, 129, 100);  // two columns a bin
-  EXPECT_NEAR(fine[64], 0, 1e-4);    // on bin 32
+  EXPECT_NEAR(fine[64], 0, 1e-4);                                             // on bin 32
   EXPECT_NEAR(fine[62], 100, 1e-3);  // on bin 31: a zero of the kernel
   EXPECT_GT(100 - fine[65], 50);     // half a bin off: 2 / pi of the line
 }

@@ -1,10 +1,11 @@
+#include "spectrum/spectrum_stage.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <string>
 
 #include "config/settings.h"
-#include "spectrum/spectrum_stage.h"
 
 using namespace zorvik;
 
@@ -135,7 +136,7 @@ TEST_F(StageTest, SettingsAreStoredAndReadBackByTheNextStage) {
   stage.setWindowFunction(4);
   stage.setInterpolation(2);
   stage.setMainMeterSinxx(false);
-  EXPECT_EQ(replots, 2);  // dB and its range only redraw
+  EXPECT_EQ(replots, 2);   // dB and its range only redraw
   EXPECT_EQ(computed, 0);  // no acquisition yet
 
   SpectrumStage next([] { return SpectrumStage::Scale{}; });

@@ -1,8 +1,8 @@
+#include "stat/histogram.h"
+
 #include <gtest/gtest.h>
 
 #include <string>
-
-#include "stat/histogram.h"
 
 using namespace zorvik;
 

@@ -1,12 +1,13 @@
+#include "app/calibration_page.h"
+
 #include <QCheckBox>
 #include <QComboBox>
 #include <QtTest>
 
-#include "app/calibration_page.h"
 #include "../link/fake_obex.h"
+#include "core/recording_sink.h"
 #include "session/main_controller.h"
 #include "session/run_control.h"
-#include "core/recording_sink.h"
 
 using namespace zorvik;
 

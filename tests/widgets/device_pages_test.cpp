@@ -8,9 +8,9 @@
 #include <QtTest>
 
 #include "app/device_setting_page.h"
-#include "firmware/fw_update_window.h"
 #include "app/mainwin.h"
 #include "control/trigger_control.h"
+#include "firmware/fw_update_window.h"
 #include "sim/sim_config.h"
 #include "sim/simulated_obex.h"
 
@@ -25,7 +25,8 @@ class DevicePagesTest : public QObject {
     SimConfig config;
     applySimOptions(config, "rate=max");
     CommandLine cl;
-    auto w = std::make_unique<mainwin>(settings_, makeIdentity(1), std::make_unique<SimulatedObex>(config), cl);
+    auto w =
+        std::make_unique<mainwin>(settings_, makeIdentity(1), std::make_unique<SimulatedObex>(config), cl);
     w->show();
     return w;
   }
@@ -45,8 +46,9 @@ class DevicePagesTest : public QObject {
     auto w = make();
     DeviceSettingPage* ch1 = open(*w, "CH1 setting", "DeviceCh1Page");
     QVERIFY(ch1 && ch1->isVisible());
-    QVERIFY(!ch1->findChild<QPushButton*>("Vdiv1updateKey")->isEnabled());  // offline: no instrument to send to
-    set(ch1, "TrigLev1", "200", "TrigLev1updateKey");  // the level is stored offline
+    QVERIFY(
+        !ch1->findChild<QPushButton*>("Vdiv1updateKey")->isEnabled());  // offline: no instrument to send to
+    set(ch1, "TrigLev1", "200", "TrigLev1updateKey");                   // the level is stored offline
     QCOMPARE(w->trigger().model().level, 200);
 
     QTest::mouseClick(w->findChild<QPushButton*>("KeyConnect"), Qt::LeftButton);
@@ -55,7 +57,8 @@ class DevicePagesTest : public QObject {
     set(ch1, "Vdiv1cur", "150", "Vdiv1updateKey");  // between the list's 100 and 200 mV
     QTRY_COMPARE_WITH_TIMEOUT(static_cast<int>(w->core().cache().V1), 150, 3000);
     QTRY_COMPARE_WITH_TIMEOUT(ch1->findChild<QLineEdit*>("Vdiv1cur")->text(), QString("150"), 3000);
-    if (!qEnvironmentVariableIsEmpty("ZORVIK_SCREENSHOT")) ch1->grab().save(qEnvironmentVariable("ZORVIK_SCREENSHOT"));
+    if (!qEnvironmentVariableIsEmpty("ZORVIK_SCREENSHOT"))
+      ch1->grab().save(qEnvironmentVariable("ZORVIK_SCREENSHOT"));
 
     DeviceSettingPage* memory = open(*w, "Memory setting", "DeviceMemPage");
     QVERIFY(memory);
@@ -70,10 +73,12 @@ class DevicePagesTest : public QObject {
     DeviceSettingPage* sampling = open(*w, "Sampling setting", "DeviceSamplingPage");
     QVERIFY(sampling);
     sampling->findChild<QComboBox*>("TimeDivExpCur")->setCurrentIndex(1);  // us/div
-    set(sampling, "TimeDivValCur", "3", "FineTimeDivSetKey");  // not in the 1-2-5 list
+    set(sampling, "TimeDivValCur", "3", "FineTimeDivSetKey");              // not in the 1-2-5 list
     // The instrument's echoes set the sample period of the new time base.
-    QTRY_VERIFY_WITH_TIMEOUT(std::abs(w->core().scale().SamplePeriod * static_cast<float>(w->core().scale().SamplesPerDiv) - 3e-6f) < 0.3e-6f,
-                             3000);
+    QTRY_VERIFY_WITH_TIMEOUT(
+        std::abs(w->core().scale().SamplePeriod * static_cast<float>(w->core().scale().SamplesPerDiv) -
+                 3e-6f) < 0.3e-6f,
+        3000);
     QVERIFY(sampling->findChild<QLabel*>("CurSamplesPerDiv")->text() != "-");
     if (!qEnvironmentVariableIsEmpty("ZORVIK_SCREENSHOT"))
       sampling->grab().save(qEnvironmentVariable("ZORVIK_SCREENSHOT") + ".sampling.png");
@@ -106,7 +111,8 @@ class DevicePagesTest : public QObject {
     QCOMPARE(window.findChildren<QLabel*>(QRegularExpression("^SectorShape")).size(), 20);
     QCOMPARE(window.findChild<QLabel*>("HWrev")->text(), QString("1.2 "));
     QVERIFY(window.findChild<QPushButton*>("KeyStartFU")->isEnabled());
-    if (!qEnvironmentVariableIsEmpty("ZORVIK_SCREENSHOT")) window.grab().save(qEnvironmentVariable("ZORVIK_SCREENSHOT") + ".fw.png");
+    if (!qEnvironmentVariableIsEmpty("ZORVIK_SCREENSHOT"))
+      window.grab().save(qEnvironmentVariable("ZORVIK_SCREENSHOT") + ".fw.png");
     window.closeWindow();
     QVERIFY(!window.isVisible());
   }

@@ -7,13 +7,13 @@
 #include <fstream>
 #include <sstream>
 
-#include "cli/render_command.h"
 #include "app/display_menus.h"
+#include "cli/render_command.h"
+#include "core/recording_sink.h"
 #include "display/display_host.h"
 #include "display/scope_display_window.h"
 #include "export/zrv_file.h"
 #include "session/main_controller.h"
-#include "core/recording_sink.h"
 
 using namespace zorvik;
 
@@ -23,7 +23,8 @@ class NoView : public MainView {};
 
 std::string sinePacket(int samples, double period) {
   std::string p = {char(0x10), char(0), char(0x04), char(0)};
-  for (int i = 0; i < samples; ++i) p += static_cast<char>(std::lround(128 + 80 * std::sin(2 * M_PI * i / period)));
+  for (int i = 0; i < samples; ++i)
+    p += static_cast<char>(std::lround(128 + 80 * std::sin(2 * M_PI * i / period)));
   return p;
 }
 
@@ -134,7 +135,8 @@ class DisplayWidgetTest : public QObject {
     const std::string packet = sinePacket(330, 40);
     std::ofstream(zrv, std::ios::binary) << makeZrv(packet, 16);
     std::string err;
-    QCOMPARE(run({zrv, "--png", png, "--interp", "sinx", "--taps", "32", "--set", "View/GridFore=False"}, err), 0);
+    QCOMPARE(
+        run({zrv, "--png", png, "--interp", "sinx", "--taps", "32", "--set", "View/GridFore=False"}, err), 0);
     QImage picture(QString::fromStdString(png));
     QCOMPARE(picture.size(), QSize(341, 277));
     // The same picture as the display draws behind the window.
@@ -150,16 +152,19 @@ class DisplayWidgetTest : public QObject {
     rig.packet(packet);
     QCOMPARE(picture.convertToFormat(QImage::Format_RGB32), rig.display.canvas().snapshot());
 
-    QCOMPARE(run({zrv, zrv, "--png", png, "--wide", "--zoom", "0", "--persist", "color", "--depth", "8", "--repeat", "3",
-                  "--labels", "--hzoom", "2", "--vzoom", "5"},
+    QCOMPARE(run({zrv, zrv, "--png", png, "--wide", "--zoom", "0", "--persist", "color", "--depth", "8",
+                  "--repeat", "3", "--labels", "--hzoom", "2", "--vzoom", "5"},
                  err),
              0);
     QCOMPARE(QImage(QString::fromStdString(png)).size(), QSize(261, 149));
 
-    for (const std::vector<std::string>& bad :
-         {std::vector<std::string>{zrv, "--png", png, "--taps", "48"}, {zrv, "--png", png, "--zoom", "4"},
-          {zrv, "--png", png, "--interp", "cubic"}, {zrv}, {"/no/such/file", "--png", png},
-          {zrv, "--png", png, "--set", "Plot1/NoSuch=1"}, {zrv, "--png", png, "--bogus"}}) {
+    for (const std::vector<std::string>& bad : {std::vector<std::string>{zrv, "--png", png, "--taps", "48"},
+                                                {zrv, "--png", png, "--zoom", "4"},
+                                                {zrv, "--png", png, "--interp", "cubic"},
+                                                {zrv},
+                                                {"/no/such/file", "--png", png},
+                                                {zrv, "--png", png, "--set", "Plot1/NoSuch=1"},
+                                                {zrv, "--png", png, "--bogus"}}) {
       QCOMPARE(run(bad, err), 2);
       QCOMPARE(std::count(err.begin(), err.end(), '\n'), 1L);
     }

@@ -29,8 +29,8 @@ QByteArray image(int sectors) {
 }
 
 // The user at the modal windows of the update: types the image's name into the file dialog and accepts it,
-// presses the key of every modal box and keeps its text. A window that takes no input (disabled) is counted as
-// stuck and closed from outside, so that the test reports it instead of waiting for good.
+// presses the key of every modal box and keeps its text. A window that takes no input (disabled) is counted
+// as stuck and closed from outside, so that the test reports it instead of waiting for good.
 class User : public QObject {
  public:
   explicit User(QString file) : file_(std::move(file)) {
@@ -47,7 +47,7 @@ class User : public QObject {
       if (auto* d = qobject_cast<QFileDialog*>(w)) {
         auto* name = d->findChild<QLineEdit*>("fileNameEdit");
         if (!name->isEnabled()) ++stuck;
-        name->setText(file_);  // typed, as a user does
+        name->setText(file_);                // typed, as a user does
         static_cast<QDialog*>(d)->accept();  // as the Open key does; again while it reads its folder
         return;
       }
@@ -79,7 +79,8 @@ class FirmwareWindowTest : public QObject {
     SimConfig config;
     applySimOptions(config, "rate=max");
     CommandLine cl;
-    auto w = std::make_unique<mainwin>(settings_, makeIdentity(1), std::make_unique<SimulatedObex>(config), cl);
+    auto w =
+        std::make_unique<mainwin>(settings_, makeIdentity(1), std::make_unique<SimulatedObex>(config), cl);
     w->show();
     QTest::mouseClick(w->findChild<QPushButton*>("KeyConnect"), Qt::LeftButton);
     [&] { QTRY_COMPARE_WITH_TIMEOUT(w->core().sessionState(), SessionState::Ready, 5000); }();

@@ -6,10 +6,10 @@
 
 #include "app/horizontal_panel.h"
 #include "app/vertical_panel.h"
+#include "core/recording_sink.h"
 #include "session/basic_control.h"
 #include "session/main_controller.h"
 #include "sim/simulated_obex.h"
-#include "core/recording_sink.h"
 
 using namespace zorvik;
 
@@ -61,15 +61,17 @@ class FrontPanelTest : public QObject {
   void controlsCarryTheirNamesAndTips() {
     Rig rig;
     QVERIFY(rig.VoltDiv1() && rig.TimeDiv() && rig.ScrollTimeDiv());
-    for (const char* name : {"scrollCH1", "VScroll1", "KeyNulOffset1", "HardwShift1", "OpenClose1", "Ground1", "FilterH1",
-                             "FilterL1", "Average1", "Peak1", "HiRes1"})
+    for (const char* name : {"scrollCH1", "VScroll1", "KeyNulOffset1", "HardwShift1", "OpenClose1", "Ground1",
+                             "FilterH1", "FilterL1", "Average1", "Peak1", "HiRes1"})
       QVERIFY2(rig.vertical.findChild<QWidget*>(name), name);
-    for (const char* name : {"HScrollCenter", "EnableRIS", "RealtmDraw", "SampleMemoDepth", "KeepPropPresamp"})
+    for (const char* name :
+         {"HScrollCenter", "EnableRIS", "RealtmDraw", "SampleMemoDepth", "KeepPropPresamp"})
       QVERIFY2(rig.horizontal.findChild<QWidget*>(name), name);
     QCOMPARE(rig.VoltDiv1()->toolTip(), QString("Channel sensitivity"));
     QCOMPARE(rig.VoltDiv1()->itemText(0), QString("20mV"));
     QCOMPARE(rig.TimeDiv()->itemText(12), QString::fromUtf8("200\xC2\xB5s"));
-    QCOMPARE(rig.horizontal.findChild<QCheckBox*>("EnableRIS")->toolTip(), QString("Enable RIS (Stroboscope)"));
+    QCOMPARE(rig.horizontal.findChild<QCheckBox*>("EnableRIS")->toolTip(),
+             QString("Enable RIS (Stroboscope)"));
     QCOMPARE(rig.vertical.findChild<QCheckBox*>("HardwShift1")->toolTip(),
              QString("Hardware offset: from -1.6V to 1.6V"));
     // Below 500 ns the entries wait for RIS.

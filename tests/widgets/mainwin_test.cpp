@@ -1,18 +1,19 @@
+#include "app/mainwin.h"
+
 #include <QCheckBox>
 #include <QLabel>
-#include <QPushButton>
 #include <QLineEdit>
+#include <QPushButton>
 #include <QRadioButton>
 #include <QShortcut>
 #include <QtTest>
 
-#include "ui/hot_key_dialog.h"
-#include "app/mainwin.h"
 #include "control/trigger_control.h"
 #include "display/scope_display.h"
 #include "export/display_pictures.h"
 #include "sim/sim_config.h"
 #include "sim/simulated_obex.h"
+#include "ui/hot_key_dialog.h"
 
 using namespace zorvik;
 
@@ -24,7 +25,8 @@ class MainwinTest : public QObject {
     SimConfig config;
     applySimOptions(config, sim);
     CommandLine cl;
-    auto w = std::make_unique<mainwin>(settings_, makeIdentity(1), std::make_unique<SimulatedObex>(config), cl);
+    auto w =
+        std::make_unique<mainwin>(settings_, makeIdentity(1), std::make_unique<SimulatedObex>(config), cl);
     w->show();
     return w;
   }
@@ -60,7 +62,8 @@ class MainwinTest : public QObject {
     QTRY_VERIFY_WITH_TIMEOUT(w->core().PacketCount() >= 10, 5000);
     QCOMPARE(w->core().state().modeText, std::string("Auto"));
     QTRY_VERIFY_WITH_TIMEOUT(!w->findChild<QLabel*>("FPSlabel")->text().isEmpty(), 2000);
-    if (!qEnvironmentVariableIsEmpty("ZORVIK_SCREENSHOT")) w->grab().save(qEnvironmentVariable("ZORVIK_SCREENSHOT"));
+    if (!qEnvironmentVariableIsEmpty("ZORVIK_SCREENSHOT"))
+      w->grab().save(qEnvironmentVariable("ZORVIK_SCREENSHOT"));
     serial->click();
     QCOMPARE(w->core().state().modeText, std::string("Ready"));
     QVERIFY(start->isVisible());
@@ -162,7 +165,7 @@ class MainwinTest : public QObject {
     auto w = make("rate=max");
     QVERIFY(w->findChild<QAction*>("SaveToBMPGIFJPG_0"));
     QVERIFY(w->findChild<QAction*>("SaveToBMPGIFJPG_1")->isEnabled());
-    QVERIFY(w->findChild<QAction*>("SaveWithLabels")->isChecked());       // the catalogue's default
+    QVERIFY(w->findChild<QAction*>("SaveWithLabels")->isChecked());  // the catalogue's default
     const QImage plain = displayPicture(w->display(), w->display().labels(), false);
     const QImage labelled = displayPicture(w->display(), w->display().labels(), true);
     QCOMPARE(plain.size(), QSize(341, 277));
@@ -192,15 +195,17 @@ class MainwinTest : public QObject {
     QTest::mouseClick(w->findChild<QPushButton*>("KeyConnect"), Qt::LeftButton);
     QTRY_COMPARE_WITH_TIMEOUT(w->core().sessionState(), SessionState::Ready, 5000);
     auto* serial = w->findChild<QCheckBox*>("WorkMode");
-    if (!serial->isChecked()) serial->click();  // an earlier case may have left it off
+    if (!serial->isChecked()) serial->click();         // an earlier case may have left it off
     w->control().timebase().ScrollTimeDiv_Change(25);  // 200 ms a division: a record of two seconds
     // Part of a record on the screen while the rest is still being taken.
     QTRY_VERIFY_WITH_TIMEOUT(w->core().roll().started() && w->core().roll().done() > 100, 8000);
     const int early = tracedColumns(w->display().canvas().snapshot());
     QTRY_VERIFY_WITH_TIMEOUT(w->core().roll().done() > 400, 8000);
     const int later = tracedColumns(w->display().canvas().snapshot());
-    if (!qEnvironmentVariableIsEmpty("ZORVIK_SCREENSHOT")) w->grab().save(qEnvironmentVariable("ZORVIK_SCREENSHOT") + ".roll.png");
-    QVERIFY2(early > 5 && later > early + 20, qPrintable(QString("%1 then %2 columns").arg(early).arg(later)));
+    if (!qEnvironmentVariableIsEmpty("ZORVIK_SCREENSHOT"))
+      w->grab().save(qEnvironmentVariable("ZORVIK_SCREENSHOT") + ".roll.png");
+    QVERIFY2(early > 5 && later > early + 20,
+             qPrintable(QString("%1 then %2 columns").arg(early).arg(later)));
   }
 };
 

@@ -14,7 +14,9 @@ class MetersTest : public QObject {
 
  private:
   std::unique_ptr<mainwin> make() { return test::windowWithDefaultPacket(settings_); }
-  static QAction* item(mainwin& w, int index) { return w.findChild<QAction*>(QString("Meters_%1").arg(index)); }
+  static QAction* item(mainwin& w, int index) {
+    return w.findChild<QAction*>(QString("Meters_%1").arg(index));
+  }
   static unimeter* meterWindow(const QString& caption) {
     for (QWidget* t : QApplication::topLevelWidgets())
       if (auto* m = qobject_cast<unimeter*>(t); m && m->isVisible() && m->windowTitle() == caption) return m;
@@ -43,7 +45,8 @@ class MetersTest : public QObject {
     QVERIFY(r);
     QVERIFY(r->findChild<QLabel*>("CurVal")->text().endsWith("mV"));
     QCOMPARE(settings_.GetSettingValue("Meters", "On", ""), std::string("0L"));
-    if (!qEnvironmentVariableIsEmpty("ZORVIK_SCREENSHOT")) r->grab().save(qEnvironmentVariable("ZORVIK_SCREENSHOT"));
+    if (!qEnvironmentVariableIsEmpty("ZORVIK_SCREENSHOT"))
+      r->grab().save(qEnvironmentVariable("ZORVIK_SCREENSHOT"));
 
     // Closed by its frame: the check mark goes and the list follows.
     m->close();
@@ -55,7 +58,8 @@ class MetersTest : public QObject {
     rails->trigger();
     QVERIFY(!rails->isChecked());
     QVERIFY(!meterWindow("Rail-to-Rail voltage"));
-    QCOMPARE(settings_.GetSettingValue("Meters", "On", ""), std::string(" "));  // an empty text is kept as a blank
+    QCOMPARE(settings_.GetSettingValue("Meters", "On", ""),
+             std::string(" "));  // an empty text is kept as a blank
   }
 
   void theOpenMetersComeBackAtStartAndTheTimingChoicesAreStored() {

@@ -7,10 +7,10 @@
 #include <functional>
 
 #include "app/packet_file_menu.h"
+#include "core/recording_sink.h"
 #include "export/scripted_file_dialogs.h"
 #include "session/main_controller.h"
 #include "ui/file_dialog_qt.h"
-#include "core/recording_sink.h"
 
 using namespace zorvik;
 

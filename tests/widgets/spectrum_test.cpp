@@ -1,15 +1,15 @@
 #include <QCheckBox>
 #include <QComboBox>
-#include <QLineEdit>
 #include <QLabel>
+#include <QLineEdit>
 #include <QRadioButton>
 #include <QtTest>
 
-#include "spectrum/spectrum_window.h"
 #include "measure/main_meter_window.h"
-#include "stat/stat_window.h"
 #include "measure/thd_window.h"
 #include "spectrum/spectrum_stage.h"
+#include "spectrum/spectrum_window.h"
+#include "stat/stat_window.h"
 #include "window_fixture.h"
 
 using namespace zorvik;
@@ -31,8 +31,10 @@ class SpectrumTest : public QObject {
     QVERIFY(spectrum && spectrum->isVisible());
     QVERIFY(item->isChecked());
     QCOMPARE(settings_.GetSettingValue("Spectrum", "Visible", ""), std::string("True"));
-    QVERIFY2(!spectrum->findChild<QLabel*>("SpectrumPeak")->text().isEmpty(), "the peak of the default packet");
-    if (!qEnvironmentVariableIsEmpty("ZORVIK_SCREENSHOT")) spectrum->grab().save(qEnvironmentVariable("ZORVIK_SCREENSHOT"));
+    QVERIFY2(!spectrum->findChild<QLabel*>("SpectrumPeak")->text().isEmpty(),
+             "the peak of the default packet");
+    if (!qEnvironmentVariableIsEmpty("ZORVIK_SCREENSHOT"))
+      spectrum->grab().save(qEnvironmentVariable("ZORVIK_SCREENSHOT"));
 
     // dB replots the same computation; an interpolated plot leaves the rectangular window for Hamming.
     spectrum->findChild<QRadioButton*>("TypeAmp_1")->click();
@@ -67,7 +69,8 @@ class SpectrumTest : public QObject {
     // Opening it moves the window to Hamming before its first spectrum.
     QCOMPARE(spectrum->findChild<QComboBox*>("WindowFunction")->currentText(), QString("Hamming"));
     w->core().replayLastPacket();
-    QVERIFY2(thd->findChild<QLabel*>("CurVal")->text().endsWith("%"), qPrintable(thd->findChild<QLabel*>("CurVal")->text()));
+    QVERIFY2(thd->findChild<QLabel*>("CurVal")->text().endsWith("%"),
+             qPrintable(thd->findChild<QLabel*>("CurVal")->text()));
     thd->findChild<QLineEdit*>("MaxHarm")->setText("30");
     thd->findChild<QCheckBox*>("HarmList")->setChecked(true);
     w->core().replayLastPacket();
@@ -110,7 +113,8 @@ class SpectrumTest : public QObject {
     stat->findChild<QRadioButton*>("TypeAmp_1")->click();
     QVERIFY(stat->percent());
     QVERIFY2(peak->text().endsWith("%"), qPrintable(peak->text()));
-    if (!qEnvironmentVariableIsEmpty("ZORVIK_SCREENSHOT")) stat->grab().save(qEnvironmentVariable("ZORVIK_SCREENSHOT") + ".stat.png");
+    if (!qEnvironmentVariableIsEmpty("ZORVIK_SCREENSHOT"))
+      stat->grab().save(qEnvironmentVariable("ZORVIK_SCREENSHOT") + ".stat.png");
     item->trigger();
     QVERIFY(!stat->isVisible());
     QCOMPARE(settings_.GetSettingValue("Stat", "Visible", ""), std::string("False"));

@@ -11,7 +11,8 @@ namespace zorvik::test {
 // The main window on the simulated instrument, shown offline with the repository's default.zrv drawn.
 inline std::unique_ptr<mainwin> windowWithDefaultPacket(SettingsStore& settings) {
   CommandLine cl;
-  auto w = std::make_unique<mainwin>(settings, makeIdentity(1), std::make_unique<SimulatedObex>(SimConfig{}), cl);
+  auto w =
+      std::make_unique<mainwin>(settings, makeIdentity(1), std::make_unique<SimulatedObex>(SimConfig{}), cl);
   w->show();
   const QString previous = QDir::currentPath();
   QDir::setCurrent(QT_TESTCASE_SOURCEDIR "/data");

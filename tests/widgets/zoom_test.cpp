@@ -6,9 +6,9 @@
 #include <QtTest>
 
 #include "app/mainwin.h"
+#include "display/memo_window.h"
 #include "display/scope_display.h"
 #include "display/scope_display_window.h"
-#include "display/memo_window.h"
 #include "display/view_zoom.h"
 #include "window_fixture.h"
 
@@ -47,7 +47,8 @@ class ZoomTest : public QObject {
     QCOMPARE(w->display().timeView().TimePerDiv, full / 5);
     QCOMPARE(settings_.GetSettingValue("Hor", "HorZoom", ""), std::string("5"));
     QVERIFY2(w->display().canvas().snapshot() != before, "the packet is drawn again, stretched");
-    if (!qEnvironmentVariableIsEmpty("ZORVIK_SCREENSHOT")) w->grab().save(qEnvironmentVariable("ZORVIK_SCREENSHOT") + ".h.png");
+    if (!qEnvironmentVariableIsEmpty("ZORVIK_SCREENSHOT"))
+      w->grab().save(qEnvironmentVariable("ZORVIK_SCREENSHOT") + ".h.png");
 
     x2->click();  // the other key of the axis goes off
     QVERIFY(!x5->isChecked());
@@ -117,7 +118,8 @@ class ZoomTest : public QObject {
     QVERIFY(!display->mouse().selection().visible);
     QTest::mousePress(display, Qt::LeftButton, {}, pixel(*w, 100, 100));
     QTest::mouseMove(display, pixel(*w, 200, 60));
-    if (!qEnvironmentVariableIsEmpty("ZORVIK_SCREENSHOT")) w->grab().save(qEnvironmentVariable("ZORVIK_SCREENSHOT"));
+    if (!qEnvironmentVariableIsEmpty("ZORVIK_SCREENSHOT"))
+      w->grab().save(qEnvironmentVariable("ZORVIK_SCREENSHOT"));
   }
 
   void selectionCopiesGoToMemoWindows() {
@@ -150,7 +152,8 @@ class ZoomTest : public QObject {
     QVERIFY(whole->pictureToSave().height() > 277);
     whole->AddComment_Click();
     QCOMPARE(whole->pictureToSave().size(), QSize(341, 277));
-    if (!qEnvironmentVariableIsEmpty("ZORVIK_SCREENSHOT")) memos[0]->grab().save(qEnvironmentVariable("ZORVIK_SCREENSHOT") + ".memo.png");
+    if (!qEnvironmentVariableIsEmpty("ZORVIK_SCREENSHOT"))
+      memos[0]->grab().save(qEnvironmentVariable("ZORVIK_SCREENSHOT") + ".memo.png");
   }
 };
 
