@@ -12,7 +12,8 @@ using namespace zorvik::test;
 namespace {
 
 std::string goldenPath(const std::string& name) {
-  return (std::filesystem::path(__FILE__).parent_path().parent_path() / "golden" / name).string();
+  // From the build's own record of the source tree: __FILE__ may be relative under a compiler cache.
+  return (std::filesystem::path(ZORVIK_SOURCE_DIR).parent_path() / "tests" / "golden" / name).string();
 }
 
 // Compares with the stored picture; ZORVIK_UPDATE_GOLDEN=1 writes it anew after a wanted change.
