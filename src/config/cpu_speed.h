@@ -5,7 +5,7 @@
 
 namespace zorvik {
 
-// The speed assumed when the processor's can't be read; Parts of the display compare with 300 and 600.
+// The speed assumed when the processor's can't be read; parts of the display compare with 300 and 600.
 constexpr std::int16_t kDefaultCpuMHz = 200;
 
 // "cpu MHz" of the first processor listed in a /proc/cpuinfo text, rounded and capped to 16 bits;
