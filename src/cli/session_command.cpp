@@ -83,27 +83,27 @@ QJsonValue number(double v) {
   return std::isfinite(v) ? QJsonValue(v) : QJsonValue();
 }
 
+// The words of a comma list, empty ones included.
+std::vector<std::string> commaList(const std::string& text) {
+  std::vector<std::string> out;
+  size_t start = 0;
+  for (size_t comma; (comma = text.find(',', start)) != std::string::npos; start = comma + 1)
+    out.push_back(text.substr(start, comma - start));
+  out.push_back(text.substr(start));
+  return out;
+}
+
 // --meters all or a comma list of mnemonics (DCV,FRH,...).
 std::set<Meter> meterList(const std::string& text) {
   std::set<Meter> out;
-  if (text == "all") {
-    for (const MeterInfo& m : meterTable()) out.insert(m.meter);
-    return out;
-  }
-  size_t start = 0;
-  while (start <= text.size()) {
-    const size_t comma = text.find(',', start);
-    const std::string name =
-        text.substr(start, comma == std::string::npos ? std::string::npos : comma - start);
+  for (const std::string& name : commaList(text)) {
     bool known = false;
     for (const MeterInfo& m : meterTable())
-      if (name == m.mnemonic) {
+      if (text == "all" || name == m.mnemonic) {
         out.insert(m.meter);
         known = true;
       }
     if (!known) throw Fault("--meters takes all or a list of DCV, PHV, ...; not \"" + name + "\"");
-    if (comma == std::string::npos) break;
-    start = comma + 1;
   }
   return out;
 }
@@ -161,17 +161,10 @@ int runSessionCommand(const std::vector<std::string>& args, std::ostream& out, s
       if (!s || *s <= 0 || *s > 3600) throw Fault("--timeout wants seconds");
       opt.timeoutSeconds = *s;
     } else if (args[i] == "--keys") {
-      std::string list = value("--keys");
-      size_t start = 0;
-      while (start <= list.size()) {
-        size_t comma = list.find(',', start);
-        std::string k = list.substr(start, comma == std::string::npos ? std::string::npos : comma - start);
-        if (!k.empty()) {
-          if (k != "Comma" && !KeyMap::isKeyName(k)) throw Fault("--keys: unknown key \"" + k + "\"");
-          opt.keys.push_back(k);
-        }
-        if (comma == std::string::npos) break;
-        start = comma + 1;
+      for (const std::string& k : commaList(value("--keys"))) {
+        if (k.empty()) continue;
+        if (k != "Comma" && !KeyMap::isKeyName(k)) throw Fault("--keys: unknown key \"" + k + "\"");
+        opt.keys.push_back(k);
       }
     } else if (args[i] == "--save-last") {
       saveLast = value("--save-last");
