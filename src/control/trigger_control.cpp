@@ -16,7 +16,8 @@ int32_t countsFromMicros(double micros, int32_t mc, int32_t mcd) {
 }
 
 int64_t microsFromCounts(int64_t counts, int32_t mc) {
-  return static_cast<int64_t>(std::trunc(static_cast<double>(counts) * mc / kCountsPerMicrosecondTimesMC));
+  // Rounded: the counts were cut from whole µs, so cutting again would lose one µs per session.
+  return std::llround(static_cast<double>(counts) * mc / kCountsPerMicrosecondTimesMC);
 }
 
 TriggerControl::TriggerControl(DeviceContext& main) : main_(main) {

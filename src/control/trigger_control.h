@@ -13,7 +13,7 @@ constexpr int32_t kMaxCounts = 2147483647;
 
 // Counts for a time in µs at the clock MC (10 ps units), falling back to MCd, then to 2000.
 int32_t countsFromMicros(double micros, int32_t mc, int32_t mcd);
-// µs for counts, cut to a whole number.
+// µs for counts, rounded to a whole number.
 int64_t microsFromCounts(int64_t counts, int32_t mc);
 
 struct TriggerModel {

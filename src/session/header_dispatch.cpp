@@ -205,6 +205,12 @@ bool MainController::registerHeader(const std::string& name, const std::string& 
       setField("ClockMCUcur", std::to_string(100000 / cache_.MC));
     }
     registers_.echo("MC");
+    if (timeoutsWaitForClock_) {
+      // The time-outs are counts of this clock: written before it was set they would run too long.
+      timeoutsWaitForClock_ = false;
+      registers_.write("TA");
+      registers_.write("TW");
+    }
   } else if (name == "TS") {
     if (!store(cache_.TS, value, fit32)) return true;
     replotNeeded_ = true;

@@ -143,6 +143,7 @@ void MainController::firstTimeTimer() {
   if (!Online()) return;
   // By now the memory limits of the mode are known, so the rule can use them.
   registers_.SetupTimeDiv();
+  timeoutsWaitForClock_ = true;
   state_.devicePageVisible = false;
   state_.startEnabled = true;
   state_.connectVisible = false;
@@ -153,6 +154,7 @@ void MainController::firstTimeTimer() {
 
 void MainController::ObexLinkDLL1_EndSessionEvent() {
   firstTimeTimer_.stop();
+  timeoutsWaitForClock_ = false;
   session_ = SessionState::NoSession;
   setConnectCaption("Connect");
   clearCaches();

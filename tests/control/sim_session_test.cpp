@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "config/settings.h"
+#include "control/trigger_control.h"
 #include "session/headless_session.h"
 #include "signal/packet.h"
 #include "sim/event_loop_helpers.h"
@@ -106,4 +107,22 @@ TEST_F(SimSession, OfflineChoicesAreWrittenAtTheNextSession) {
   EXPECT_NEAR(session->main().scale().SamplePeriod, 200e-6f / 32, 1e-9);
   EXPECT_NEAR(t.samplesPerCycle, 16, 0.5);
   EXPECT_NEAR(t.codeSpan, 32, 3);
+}
+
+// The time-outs are written once the clock is known and survive reconnecting unchanged.
+TEST_F(SimSession, TimeoutsFollowTheClockAndStayPutAcrossSessions) {
+  settings.saveInt("Mode", "TimeoutAuto", 50);
+  settings.saveInt("Mode", "TimeoutWait", 500);
+  for (int run = 0; run < 3; ++run) {
+    start();
+    MainController& m = session->main();
+    spinFor(100);
+    ASSERT_GE(m.cache().MC, 1);
+    EXPECT_EQ(m.cache().TA, countsFromMicros(50, m.cache().MC, 0)) << "run " << run;
+    EXPECT_EQ(m.cache().TW, countsFromMicros(500, m.cache().MC, 0)) << "run " << run;
+    EXPECT_EQ(settings.getInt("Mode", "TimeoutAuto"), 50) << "run " << run;
+    EXPECT_EQ(settings.getInt("Mode", "TimeoutWait"), 500) << "run " << run;
+    TearDown();
+    session.reset();
+  }
 }

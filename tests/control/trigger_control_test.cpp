@@ -33,7 +33,8 @@ TEST(TriggerCounts, ConversionFallbacksAndLimit) {
   EXPECT_EQ(countsFromMicros(100000, 0, 1000), 833333);
   EXPECT_EQ(countsFromMicros(1, 800, 1000), 10);
   EXPECT_EQ(countsFromMicros(1e12, 800, 0), kMaxCounts);
-  EXPECT_EQ(microsFromCounts(833333, 1000), 99999);  // cut, not rounded
+  EXPECT_EQ(microsFromCounts(833333, 1000), 100000);  // rounded, so a stored value comes back as it was
+  EXPECT_EQ(microsFromCounts(countsFromMicros(50, 1000, 0), 1000), 50);
 }
 
 TEST(EngineeringText, PrefixesAndCarry) {
