@@ -79,12 +79,15 @@ DeviceSettingPage* makeClockPage(SettingsStore& settings, MainController& main, 
              "Use 0.8 of maximum clock frequency", "manual clock frequency high limit");
   clockLimit(page, limits, ClockLimits::Low, "Low limit:", "MinMCUclock",
              "use minimum device clock frequency", "manual clock frequency low limit");
-  page->onRefresh = [&main, &timebase, labels, maximize](const MainState&) {
-    const DeviceCache& c = main.cache();
-    // Periods in 10 ps: 100000 / period is the frequency in MHz.
-    const int32_t periods[4] = {c.MCl, c.MCh, c.MCd, c.MC};
-    for (int i = 0; i < 4; ++i)
-      labels[i]->setText(periods[i] > 0 ? QString::number(100000.0 / periods[i], 'f', 2) : QString("-"));
+  page->onRefresh = [&timebase, labels, maximize](const MainState& state) {
+    // The header events write the frequencies in whole MHz.
+    const char* fields[4] = {"DeviceClockPage.ClockMCUmax", "DeviceClockPage.ClockMCUmin",
+                             "DeviceClockPage.ClockMCUdef", "ClockMCUcur"};
+    for (int i = 0; i < 4; ++i) {
+      auto it = state.fields.find(fields[i]);
+      labels[i]->setText(it == state.fields.end() || it->second.empty() ? QString("-")
+                                                                        : QString::fromStdString(it->second));
+    }
     QSignalBlocker b(maximize);
     maximize->setChecked(timebase.model().MaximizeClock);
   };
@@ -100,24 +103,20 @@ DeviceSettingPage* makeTriggerPage(SettingsStore& settings, TriggerControl& trig
     unit->setObjectName(units);
     for (const char* u : {"ns", "us", "ms"}) unit->addItem(u);
     unit->setCurrentIndex(1);
+    const std::string field = std::string("DeviceTrigPage.") + input;
     page->input(
-        "", input, caption, "", (std::string(input) + "Key").c_str(), "Send new value to scope",
+        field.c_str(), input, caption, "", (std::string(input) + "Key").c_str(), "Send new value to scope",
         [timeouts, unit, which](const QString& t) {
           const auto u = static_cast<TriggerTimeouts::Unit>(std::clamp(unit->currentIndex(), 0, 2));
           timeouts->set(which, t.toStdString(), u);
+          unit->setCurrentIndex(1);  // the field shows the stored value, in µs
         },
         unit);
   };
   timeout("Auto time-out:", "TrigWaitTimeAuto", "TWTauto", TriggerTimeouts::Auto);
   timeout("Norm time-out:", "TrigWaitTimeNorm", "TWTnorm", TriggerTimeouts::Norm);
-  auto* current = new QLabel(page);
-  current->setObjectName("CurTrigWaitTime");
-  page->form()->addRow("Now, us:", current);
-  page->onRefresh = [&trigger, current](const MainState&) {
-    current->setText(QString("Auto %1, Norm %2")
-                         .arg(trigger.model().timeoutAutoMicros)
-                         .arg(trigger.model().timeoutWaitMicros));
-  };
+  page->readOut("DeviceTrigPage.CurTrigWaitTime", "CurTrigWaitTime", "Now, us:");
+  page->readOut("DeviceTrigPage.CurrentTriggerModeWin", "CurrentTriggerModeWin", "Trigger mode:");
   return page;
 }
 

@@ -5,12 +5,12 @@
 
 #include "control/delay_control.h"
 #include "control/trigger_control.h"
-#include "core/eng_text.h"
+#include "link/main_state.h"
 
 namespace zorvik {
 
-DelayPage::DelayPage(DelayControl& delay, TriggerControl& trigger, double centreSeconds, QWidget* parent)
-    : KeptPage(parent), delay_(delay), trigger_(trigger) {
+DelayPage::DelayPage(DelayControl& delay, TriggerControl& trigger, const MainState& state, QWidget* parent)
+    : KeptPage(parent), delay_(delay), trigger_(trigger), state_(state) {
   setWindowTitle("Trigger delay");
   setObjectName("DelayPage");
   auto* grid = new QGridLayout(this);
@@ -46,7 +46,7 @@ DelayPage::DelayPage(DelayControl& delay, TriggerControl& trigger, double centre
     filling_ = true;
     Coma->setValue(0);
     filling_ = false;
-    refresh(0);
+    refresh();
   });
   grid->addWidget(Coma, 3, 0, 1, 2);
 
@@ -56,21 +56,22 @@ DelayPage::DelayPage(DelayControl& delay, TriggerControl& trigger, double centre
   KeyDelayRestore->setObjectName("KeyDelayRestore");
   connect(KeyDelayOff, &QPushButton::clicked, this, [this] {
     delay_.KeyDelayOff_Click();
-    refresh(0);
+    refresh();
   });
   connect(KeyDelayRestore, &QPushButton::clicked, this, [this] {
     delay_.KeyDelayRestore_Click();
-    refresh(0);
+    refresh();
   });
   grid->addWidget(KeyDelayOff, 4, 0);
   grid->addWidget(KeyDelayRestore, 4, 1);
-  refresh(centreSeconds);
+  refresh();
 }
 
-void DelayPage::refresh(double centreSeconds) {
+void DelayPage::refresh() {
   filling_ = true;
   TrigDelayLbl->setText(QString::number(delay_.delayMicros()));
-  if (centreSeconds != 0) TimeAsqLbl->setText(QString::fromStdString(engineeringText(centreSeconds, "s")));
+  auto centre = state_.fields.find("DelayPage.TimeAsqLbl");
+  TimeAsqLbl->setText(centre == state_.fields.end() ? QString("-") : QString::fromStdString(centre->second));
   KeyDelayRestore->setEnabled(delay_.restoreEnabled());
   filling_ = false;
 }

@@ -10,17 +10,19 @@ namespace zorvik {
 
 class DelayControl;
 class TriggerControl;
+struct MainState;
 
 // "Trigger delay": the delay in µs by digits, a weight for the digit the scroll moves, off and restore.
 class DelayPage : public KeptPage {
   Q_OBJECT
  public:
-  DelayPage(DelayControl& delay, TriggerControl& trigger, double centreSeconds, QWidget* parent = nullptr);
-  void refresh(double centreSeconds);
+  DelayPage(DelayControl& delay, TriggerControl& trigger, const MainState& state, QWidget* parent = nullptr);
+  void refresh();
 
  private:
   DelayControl& delay_;
   TriggerControl& trigger_;
+  const MainState& state_;
   QLabel* TrigDelayLbl = nullptr;
   QLabel* TimeAsqLbl = nullptr;
   QScrollBar* Coma = nullptr;

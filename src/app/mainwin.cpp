@@ -127,10 +127,11 @@ void mainwin::bindSession() {
     if (verticalPanel_) verticalPanel_->refresh();
     if (horizontalPanel_) horizontalPanel_->refresh();
     if (triggerMarker_) triggerMarker_->refresh();
+    if (delayPage_) delayPage_->refresh();
   };
   s.onTriggerView = [this] {
     if (triggerPanel_) triggerPanel_->refresh();
-    if (delayPage_) delayPage_->refresh(0);
+    if (delayPage_) delayPage_->refresh();
     if (triggerMarker_) triggerMarker_->refresh();
     if (display_) display_->update();
   };
@@ -387,7 +388,7 @@ void mainwin::buildPanel() {
   auto* trigBox = new QGroupBox("Trigger");
   auto* trigLayout = new QVBoxLayout(trigBox);
   triggerPanel_ = new TriggerPanel(*trigger_, [this] {
-    if (!delayPage_) delayPage_ = new DelayPage(*delay_, *trigger_, 0, this);
+    if (!delayPage_) delayPage_ = new DelayPage(*delay_, *trigger_, main_->state(), this);
     delayPage_->show();
     delayPage_->raise();
   });
@@ -529,7 +530,7 @@ void mainwin::saveAnimation(std::vector<AniGIF::Frame> frames) {
   AniGIF().SaveAnimGIF(frames, path, colour);
   hold.release();
   const std::string& title = main_->identity().InstanceTitle;
-  if (sink_.show(BoxKind::Question, title, "Animated GIF saved.\r\nDo you want view it?", "ViewAnimGIF") ==
+  if (sink_.show(BoxKind::QuestBox, title, "Animated GIF saved.\r\nDo you want view it?", "ViewAnimGIF") ==
       kAnswerYes)
     QDesktopServices::openUrl(QUrl::fromLocalFile(QFile::decodeName(QByteArray::fromStdString(path))));
 }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "core/eng_text.h"
 #include "core/fault.h"
 #include "core/whole_numbers.h"
 #include "link/device_context.h"
@@ -437,6 +438,7 @@ void TimebaseControl::updateCentre() {
     model_.CentreTime = (q / 2 - static_cast<float>(c.TC)) * main_.scale().SamplePeriod;
   else
     model_.CentreTime = q / 2 * main_.scale().SamplePeriod + model_.DelaySeconds;
+  main_.mutableState().fields["DelayPage.TimeAsqLbl"] = engineeringText(model_.CentreTime, "s");
 }
 
 }  // namespace zorvik

@@ -41,6 +41,18 @@ void TriggerControl::loadSettings() {
       static_cast<uint8_t>(polarityBits() + model_.hysteresisF + model_.hysteresisR * 4 + model_.speed * 64);
   c.S1 = static_cast<uint8_t>(model_.level);
   SetupTriggerCompensation();
+  showTimeouts();
+}
+
+void TriggerControl::showTimeouts() {
+  // The inputs show what is stored (and goes out at the next session); "now" shows what the device runs.
+  auto& f = main_.mutableState().fields;
+  f["DeviceTrigPage.TrigWaitTimeAuto"] = std::to_string(main_.settings().getInt("Mode", "TimeoutAuto"));
+  f["DeviceTrigPage.TrigWaitTimeNorm"] = std::to_string(main_.settings().getInt("Mode", "TimeoutWait"));
+  f["DeviceTrigPage.CurTrigWaitTime"] = lastTA_ < 0 && lastTW_ < 0
+                                            ? std::string("-")
+                                            : "Auto " + std::to_string(model_.timeoutAutoMicros) + ", Norm " +
+                                                  std::to_string(model_.timeoutWaitMicros);
 }
 
 int TriggerControl::polarityBits() const {
@@ -88,6 +100,8 @@ void TriggerControl::PutGetRegisterT1() {
   }
   main_.cache().T1 = v;
   main_.settings().SaveSettingValue("Ch1", "TrigRiseFall", model_.TrigInd1);
+  main_.settings().saveInt("Ch1", "TrigFallHist", model_.hysteresisF);
+  main_.settings().saveInt("Ch1", "TrigRiseHist", model_.hysteresisR);
   model_.TrigPolar1 = model_.TrigInd1;
   SetupTriggerCompensation();
 }
@@ -127,10 +141,10 @@ void TriggerControl::stepCompensation(double ns) {
 void TriggerControl::setLevel(int position) {
   position = std::clamp(position, 0, 255);
   model_.level = position;
-  main_.settings().saveInt("Ch1", "TrigPoz", position);
   if (main_.Online()) {
-    main_.link()->PutRegister1("S1", static_cast<uint8_t>(position));
+    main_.link()->PutRegister1("S1", static_cast<uint8_t>(position));  // the echo stores it
   } else {
+    main_.settings().saveInt("Ch1", "TrigPoz", position);
     main_.cache().S1 = static_cast<uint8_t>(position);
   }
   onChange();
@@ -142,6 +156,7 @@ void TriggerControl::PutGetRegisterS1() {
 
 void TriggerControl::s1Echo() {
   model_.level = main_.cache().S1;
+  main_.settings().saveInt("Ch1", "TrigPoz", model_.level);
   main_.mutableState().fields["TrigLev1"] = std::to_string(model_.level);
   onChange();
 }
@@ -175,9 +190,11 @@ void TriggerControl::PutGetRegisterTD() {
 }
 void TriggerControl::PutGetRegisterTA() {
   writeTime("TA", "TimeoutAuto", main_.cache().TA);
+  showTimeouts();
 }
 void TriggerControl::PutGetRegisterTW() {
   writeTime("TW", "TimeoutWait", main_.cache().TW);
+  showTimeouts();
 }
 
 void TriggerControl::tdEcho() {
@@ -209,6 +226,8 @@ void TriggerControl::timeoutEcho() {
     model_.timeoutWaitMicros = static_cast<int32_t>(microsFromCounts(c.TW, c.MC));
     main_.settings().saveInt("Mode", "TimeoutWait", model_.timeoutWaitMicros);
   }
+  showTimeouts();
+  main_.changed();  // the trigger page shows the time-outs now in force
   onChange();
 }
 

@@ -69,6 +69,7 @@ class TriggerControl {
   int polarityBits() const;
   std::string compensationKey() const;
   void writeTime(const char* reg, const char* key, int32_t& cacheValue);
+  void showTimeouts();
 
   DeviceContext& main_;
   TriggerModel model_;

@@ -1,6 +1,7 @@
 #pragma once
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <string>
 
 #include "config/settings.h"
@@ -80,7 +81,8 @@ class DeviceContext {
   // Position of the present V/div in the list of the channel (-1 when unknown).
   void setVoltDivPosition(int position) { voltDivPosition_ = position; }
   bool limitFlag(const std::string& name) const;
-  bool unimeterOpen = false;
+  // Whether a meter window is open: the session start then asks for the device's status byte (L_B).
+  std::function<bool()> unimeterOpen = [] { return false; };
   // The developer switch of the plot speed test.
   bool devMode = false;
   bool workModeSerial = true;  // "Progress"/"Stopped" are shown only for single acquisitions

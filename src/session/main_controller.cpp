@@ -119,7 +119,7 @@ void MainController::ObexLinkDLL1_StartSessionEvent() {
   changed();
   for (const char* p : {"VNM", "VSN", "VHW", "VSW", "MCl", "MCh", "MCd", "TOv", "TOl", "TMl", "TMh", "TPl"})
     link_->GetProperty(p);
-  if (unimeterOpen) link_->GetProperty("L_B");
+  if (unimeterOpen()) link_->GetProperty("L_B");
   // The stored settings go out in this order; T1 again after S1, on purpose.
   for (const char* r :
        {"O1", "M1", "T1", "V1", "P1", "S1", "T1", "RT", "AP", "AR", "TA", "TW", "TD", "TC", "RS"})

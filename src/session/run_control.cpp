@@ -75,6 +75,7 @@ void RunControl::setToolTips() {
   model_.autoWaitToolTip = model_.AutoWait ? "AUTO: Sampling even if no trigger occurs, after timeout"
                                            : "NORM: Sampling will be only if the trigger occurs.";
   model_.CurrentTriggerModeWin = model_.AutoWait ? "Autorun" : "Normal";
+  main_.mutableState().fields["DeviceTrigPage.CurrentTriggerModeWin"] = model_.CurrentTriggerModeWin;
 }
 
 void RunControl::setStatus(const std::string& text) {
@@ -207,10 +208,11 @@ void RunControl::AveragesPeaks_Click(int index) {
   index = clampIndex(index, averagesList().size());
   model_.averagesIndex = index;
   uint8_t ap = averagesRegister(averagesList()[static_cast<size_t>(index)]);
-  main_.cache().AP = ap;
+  // Online the echo moves the cache: the device may run another value than the one asked for.
   if (main_.Online()) {
     main_.link()->PutRegister1("AP", ap);
   } else {
+    main_.cache().AP = ap;
     apEcho();
   }
 }
@@ -220,10 +222,11 @@ void RunControl::RisAveragesPeaks_Click(int index) {
   index = clampIndex(index, risAveragesList().size());
   model_.risAveragesIndex = index;
   uint8_t ar = averagesRegister(risAveragesList()[static_cast<size_t>(index)]);
-  main_.cache().AR = ar;
+  // Online the echo moves the cache: the device may run another value than the one asked for.
   if (main_.Online()) {
     main_.link()->PutRegister1("AR", ar);
   } else {
+    main_.cache().AR = ar;
     arEcho();
   }
 }

@@ -75,6 +75,7 @@ ScopeSession::ScopeSession(SettingsStore& settings, const InstanceIdentity& iden
     return in;
   });
   measure_->options = loadMeasureOptions(settings_);
+  main_->unimeterOpen = [this] { return !measure_->open.empty(); };
   // While the display's selection stands the pass reads its cut.
   measure_->selectionVisible = [this] { return display_->mouse().selection().visible; };
   measure_->onAutoLevel = [this](int level) {

@@ -4,7 +4,9 @@
 
 #include "config/settings.h"
 #include "control/trigger_control.h"
+#include "measure/measurement_pass.h"
 #include "session/headless_session.h"
+#include "session/scope_session.h"
 #include "signal/packet.h"
 #include "sim/event_loop_helpers.h"
 
@@ -122,7 +124,19 @@ TEST_F(SimSession, TimeoutsFollowTheClockAndStayPutAcrossSessions) {
     EXPECT_EQ(m.cache().TW, countsFromMicros(500, m.cache().MC, 0)) << "run " << run;
     EXPECT_EQ(settings.getInt("Mode", "TimeoutAuto"), 50) << "run " << run;
     EXPECT_EQ(settings.getInt("Mode", "TimeoutWait"), 500) << "run " << run;
+    EXPECT_EQ(m.state().fields.at("DeviceTrigPage.CurTrigWaitTime"), "Auto 50, Norm 500");
     TearDown();
     session.reset();
   }
+}
+
+// With a meter open the session asks for the status byte, and a firmware fault in it is told.
+TEST_F(SimSession, AnOpenMeterAsksForTheFirmwareStatus) {
+  session = std::make_unique<HeadlessSession>(settings, std::vector<std::string>{"L_B=255"});
+  session->session().measurement().open.insert(Meter::DCV);
+  session->main().KeyConnect_Click();
+  ASSERT_TRUE(spinUntil([&] { return session->main().sessionState() == SessionState::Ready; }, 5000));
+  const auto& shown = session->messages().messages;
+  EXPECT_TRUE(std::any_of(shown.begin(), shown.end(),
+                          [](const auto& m) { return m.text == "Device firmware error"; }));
 }

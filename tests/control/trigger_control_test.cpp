@@ -66,6 +66,14 @@ TEST_F(TriggerControlTest, PolarityCyclesAndTheBlankComesOnlyFromTheEcho) {
   EXPECT_EQ(trig->model().TrigInd1, "/");
 }
 
+TEST_F(TriggerControlTest, OfflineHysteresisIsStored) {
+  trig->setHysteresisF(2);
+  trig->setHysteresisR(3);
+  EXPECT_EQ(settings.getInt("Ch1", "TrigFallHist"), 2);
+  EXPECT_EQ(settings.getInt("Ch1", "TrigRiseHist"), 3);
+  EXPECT_EQ(main.cache().T1 & 0x0F, 2 + 3 * 4);
+}
+
 TEST_F(TriggerControlTest, OnlineWritersOnlyWrite) {
   link.online = true;
   trig->setSpeed(2);
@@ -73,6 +81,10 @@ TEST_F(TriggerControlTest, OnlineWritersOnlyWrite) {
   trig->setLevel(300);
   EXPECT_EQ(link.calls.back(), "Put1 S1=255");
   EXPECT_EQ(main.cache().S1, 127);  // until the echo
+  EXPECT_EQ(settings.getInt("Ch1", "TrigPoz"), 127);
+  main.cache().S1 = 255;
+  trig->s1Echo();
+  EXPECT_EQ(settings.getInt("Ch1", "TrigPoz"), 255);
   main.cache().MC = 1000;
   settings.saveInt("Mode", "TimeoutWait", 100000);
   trig->PutGetRegisterTW();

@@ -107,6 +107,16 @@ TEST_F(RunControlTest, EchoOfRtAndApMovesTheControls) {
   EXPECT_EQ(main.AveragesPeaks(), 255);
 }
 
+TEST_F(RunControlTest, OnlineAveragesWaitForTheEcho) {
+  link.online = true;
+  run->AveragesPeaks_Click(3);  // "8"
+  run->RisAveragesPeaks_Click(0);
+  EXPECT_EQ(link.calls.back(), "Put1 AR=0");
+  EXPECT_EQ(main.cache().AP, 0);  // the device may refuse; the cache holds what it runs
+  EXPECT_NE(main.cache().AR, 0);
+  EXPECT_EQ(settings.getInt("Sampling", "AveragesPeaks"), 0);
+}
+
 TEST_F(RunControlTest, OfflineAveragesAreStoredAtOnce) {
   link.online = false;
   run->AveragesPeaks_Click(3);  // "8"

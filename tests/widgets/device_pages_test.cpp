@@ -123,7 +123,10 @@ class DevicePagesTest : public QObject {
     QTRY_COMPARE_WITH_TIMEOUT(w->core().sessionState(), SessionState::Ready, 5000);
     DeviceSettingPage* clock = open(*w, "Clock setting", "DeviceClockPage");
     QVERIFY(clock);
-    QVERIFY(clock->findChild<QLabel*>("ClockMCUcur")->text() != "-");
+    // The instrument's clocks in whole MHz, as the header events give them.
+    for (const char* name : {"ClockMCUmax", "ClockMCUmin", "ClockMCUdef", "ClockMCUcur"})
+      QVERIFY2(QRegularExpression("^[0-9]+$").match(clock->findChild<QLabel*>(name)->text()).hasMatch(),
+               name);
     auto* high = clock->findChild<QComboBox*>("MaxMCUclock");
     high->setCurrentIndex(1);
     emit high->activated(1);
@@ -137,10 +140,32 @@ class DevicePagesTest : public QObject {
 
     DeviceSettingPage* trig = open(*w, "Trigger setting", "DeviceTrigPage");
     QVERIFY(trig);
+    // From the first session on: the mode, the stored time-outs and those the device runs.
+    QCOMPARE(trig->findChild<QLabel*>("CurrentTriggerModeWin")->text(),
+             (w->core().cache().RT & 1) ? QString("Normal") : QString("Autorun"));
+    QCOMPARE(trig->findChild<QLineEdit*>("TrigWaitTimeAuto")->text(),
+             QString::fromStdString(settings_.GetSettingValue("Mode", "TimeoutAuto", "")));
+    QCOMPARE(trig->findChild<QLabel*>("CurTrigWaitTime")->text(),
+             QString("Auto %1, Norm %2")
+                 .arg(settings_.getInt("Mode", "TimeoutAuto"))
+                 .arg(settings_.getInt("Mode", "TimeoutWait")));
     trig->findChild<QComboBox*>("TWTauto")->setCurrentIndex(2);  // ms
     set(trig, "TrigWaitTimeAuto", "20", "TrigWaitTimeAutoKey");
     // The echo in clock counts comes back within a count of 20 ms.
     QTRY_VERIFY_WITH_TIMEOUT(std::abs(w->trigger().model().timeoutAutoMicros - 20000) < 20, 3000);
+    QCOMPARE(trig->findChild<QComboBox*>("TWTauto")->currentIndex(), 1);  // back to µs, as the field shows
+    w->core().link()->CloseSession();
+  }
+
+  void delayPageShowsTheCentreOfTheRecord() {
+    auto w = make();
+    QTest::mouseClick(w->findChild<QPushButton*>("KeyConnect"), Qt::LeftButton);
+    QTRY_COMPARE_WITH_TIMEOUT(w->core().sessionState(), SessionState::Ready, 5000);
+    QTest::mouseClick(w->findChild<QPushButton*>("KeyDelay"), Qt::LeftButton);
+    auto* page = w->findChild<QWidget*>("DelayPage");
+    QVERIFY(page && page->isVisible());
+    const QString centre = page->findChild<QLabel*>("TimeAsqLbl")->text();
+    QVERIFY2(centre.endsWith("s") && centre != "0s", qPrintable(centre));
     w->core().link()->CloseSession();
   }
 };
