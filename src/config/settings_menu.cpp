@@ -9,10 +9,11 @@ namespace zorvik {
 
 namespace {
 
-int deleteLegacySection(RegistryStore& store, const std::string& settingsName, const char* section) {
+// Empties a section where the instance's settings keep it, the place the boxes read and write.
+int deleteSection(RegistryStore& store, const std::string& settingsName, const char* section) {
   RegistryStore::Transaction t(store);
-  std::optional<RegistryStore::KeyId> key = store.openKey(
-      HKEY_CURRENT_USER, std::string(kLegacySettingsPath) + "\\" + settingsName + "\\" + section);
+  std::optional<RegistryStore::KeyId> key =
+      store.openKey(HKEY_CURRENT_USER, settingsKeyPath(settingsName) + "\\" + section);
   int deleted = 0;
   if (key)
     for (const RegValue& v : store.values(*key)) deleted += store.deleteValue(*key, v.name) ? 1 : 0;
@@ -27,11 +28,11 @@ MenuOutcome refused() {
 }  // namespace
 
 int RegistryMenuShowAllInfo(RegistryStore& store, const std::string& settingsName) {
-  return deleteLegacySection(store, settingsName, "HideInfoWin");
+  return deleteSection(store, settingsName, "HideInfoWin");
 }
 
 int RegistryMenuAskAllQuestions(RegistryStore& store, const std::string& settingsName) {
-  return deleteLegacySection(store, settingsName, "HideQuestWin");
+  return deleteSection(store, settingsName, "HideQuestWin");
 }
 
 bool RegistryMenuLoadWithWindowsChecked() {

@@ -34,9 +34,9 @@ struct MenuOutcome {
   std::string message;
 };
 
-// RegistryMenu 1 and 2: delete every value of "HideInfoWin" or "HideQuestWin". They go through the
-// legacy location, as they always did, so after the migration they find nothing to delete. Returns
-// how many values went.
+// RegistryMenu 1 and 2: delete every value of "HideInfoWin" or "HideQuestWin" of the instance, where its
+// settings keep them, so that silenced information boxes show again and remembered answers are asked
+// again. Returns how many values went.
 int RegistryMenuShowAllInfo(RegistryStore& store, const std::string& settingsName);
 int RegistryMenuAskAllQuestions(RegistryStore& store, const std::string& settingsName);
 

@@ -1,10 +1,15 @@
 #include "ui/qt_message_sink.h"
 
+#include <QApplication>
 #include <QCheckBox>
+#include <QEventLoop>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QScreen>
 #include <QTimer>
+#include <vector>
 
+#include "core/box_placement.h"
 #include "core/latin1_text.h"
 
 namespace zorvik {
@@ -18,6 +23,37 @@ void saveQuietly(F&& save) {
   } catch (const std::exception& e) {
     QMessageBox::critical(nullptr, "Zorvik", latin1Text(e.what()));
   }
+}
+
+constexpr const char* kInfoBoxName = "InfoBoxOkno";
+
+// Any key closes an information box at once, wherever the focus stands in it.
+class CloseOnAnyKey : public QObject {
+ public:
+  explicit CloseOnAnyKey(QWidget* box) : QObject(box), box_(box) {}
+  bool eventFilter(QObject*, QEvent* event) override {
+    if (event->type() != QEvent::KeyPress) return false;
+    box_->close();
+    return true;
+  }
+
+ private:
+  QWidget* box_;
+};
+
+std::vector<int> openInfoBoxLefts(const QWidget* except) {
+  std::vector<int> lefts;
+  for (QWidget* w : QApplication::topLevelWidgets())
+    if (w != except && w->isVisible() && w->objectName() == kInfoBoxName) lefts.push_back(w->x());
+  return lefts;
+}
+
+// A shown box's place centred on the main window, or on the screen when there is none.
+BoxPosition centredPlace(const QWidget* box, const QWidget* owner) {
+  const QRect area =
+      owner && owner->isVisible() ? owner->frameGeometry() : box->screen()->availableGeometry();
+  const QSize size = box->frameGeometry().size();
+  return {area.x() + (area.width() - size.width()) / 2, area.y() + (area.height() - size.height()) / 2};
 }
 }  // namespace
 
@@ -36,6 +72,8 @@ int QtMessageSink::show(BoxKind kind, const std::string& title, const std::strin
       QMessageBox::critical(owner_, caption, body);
       return 0;
     case BoxKind::Question:
+      // A question that names a key can be answered for good, which only the question box offers.
+      if (!key.empty()) return questBox(text, key, false);
       return QMessageBox::question(owner_, caption, body) == QMessageBox::Yes ? kAnswerYes : kAnswerNo;
     case BoxKind::OkCancel: {
       auto b = QMessageBox::question(owner_, caption, body, QMessageBox::Ok | QMessageBox::Cancel);
@@ -57,6 +95,7 @@ void QtMessageSink::infoBox(const std::string& text, const std::string& key) {
   if (keyed && settings_.getBool("HideInfoWin", key)) return;
   auto* box = new QMessageBox(QMessageBox::Information, latin1Text(instanceTitle_), latin1Text(text),
                               QMessageBox::NoButton, owner_);
+  box->setObjectName(kInfoBoxName);
   box->setAttribute(Qt::WA_DeleteOnClose);
   box->setModal(false);
   QPushButton* ok = box->addButton("OK=11", QMessageBox::AcceptRole);
@@ -79,7 +118,12 @@ void QtMessageSink::infoBox(const std::string& text, const std::string& key) {
     ok->setText(QString("OK=%1").arg(*counter));
   });
   timer->start(1000);
+  auto* closeOnKey = new CloseOnAnyKey(box);
+  box->installEventFilter(closeOnKey);
+  for (QWidget* child : box->findChildren<QWidget*>()) child->installEventFilter(closeOnKey);
   box->show();
+  const BoxPosition at = cascadeInfoBox(centredPlace(box, owner_), openInfoBoxLefts(box));
+  box->move(at.left, at.top);
 }
 
 int QtMessageSink::questBox(const std::string& text, const std::string& key, bool withNever) {
@@ -103,7 +147,15 @@ int QtMessageSink::questBox(const std::string& text, const std::string& key, boo
   }
   // Nobody answering within 20 s counts as no answer.
   QTimer::singleShot(20000, &box, [&box] { box.done(0); });
-  box.exec();
+  // Shown before the wait, so that it stands in its place from the first moment.
+  box.setModal(true);
+  box.show();
+  const BoxPosition at = placeQuestionBox(centredPlace(&box, owner_), box.frameGeometry().height(),
+                                          !openInfoBoxLefts(&box).empty());
+  box.move(at.left, at.top);
+  QEventLoop wait;
+  QObject::connect(&box, &QDialog::finished, &wait, &QEventLoop::quit);
+  if (box.isVisible()) wait.exec();
   QAbstractButton* clicked = box.clickedButton();
   if (clicked == yes) return kAnswerYes;
   if (clicked == always) {

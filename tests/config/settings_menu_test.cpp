@@ -6,8 +6,10 @@
 
 #include "config/registry.h"
 #include "config/registry_errors.h"
+#include "config/registry_settings.h"
 #include "config/run_at_login.h"
 #include "config_test_util.h"
+#include "core/messages.h"
 
 namespace zorvik {
 namespace {
@@ -47,15 +49,25 @@ TEST_F(SettingsMenu, SaveLoadAndResetOffline) {
   EXPECT_EQ(GetSettingValue(store, "Zorvik DSO1", "View", "Color", "0"), "3");
 }
 
-TEST_F(SettingsMenu, ShowAllInfoWorksOnTheLegacyLocationOnly) {
-  SaveSettingValue(store, "Zorvik DSO1", "HideInfoWin", "CsvFileWrited", "True");
-  const std::string legacy = std::string(kLegacySettingsPath) + "\\Zorvik DSO1\\HideQuestWin";
-  store.setValue(HKEY_CURRENT_USER, legacy, "ViewAnimGIF", kRegString, "6");
-  store.setValue(HKEY_CURRENT_USER, legacy, "Other", kRegString, "7");
-  EXPECT_EQ(RegistryMenuShowAllInfo(store, "Zorvik DSO1"), 0);
-  EXPECT_EQ(GetSettingValue(store, "Zorvik DSO1", "HideInfoWin", "CsvFileWrited", "False"), "True");
-  EXPECT_EQ(RegistryMenuAskAllQuestions(store, "Zorvik DSO1"), 2);
-  EXPECT_EQ(test::dumpTree(store, HKEY_CURRENT_USER, legacy), "[" + legacy + "]\n");
+TEST_F(SettingsMenu, ShowAllInfoAndAskAllQuestionsBringSilencedBoxesBack) {
+  // Silenced and answered for good as the boxes do it: through the instance's settings.
+  RegistrySettings boxes(store, "Zorvik DSO1");
+  boxes.saveBool("HideInfoWin", "CsvFileWrited", true);
+  boxes.saveBool("HideInfoWin", "BinFileWrited", true);
+  boxes.saveInt("HideQuestWin", "ViewAnimGIF", kAnswerYes);
+  SaveSettingValue(store, "Zorvik DSO2", "HideInfoWin", "CsvFileWrited", "True");
+
+  EXPECT_EQ(RegistryMenuShowAllInfo(store, "Zorvik DSO1"), 2);
+  EXPECT_FALSE(boxes.getBool("HideInfoWin", "CsvFileWrited"));
+  EXPECT_FALSE(boxes.getBool("HideInfoWin", "BinFileWrited"));
+  EXPECT_EQ(boxes.getInt("HideQuestWin", "ViewAnimGIF"), kAnswerYes);
+  EXPECT_EQ(RegistryMenuAskAllQuestions(store, "Zorvik DSO1"), 1);
+  EXPECT_EQ(boxes.getInt("HideQuestWin", "ViewAnimGIF"), 0);
+  EXPECT_EQ(RegistryMenuAskAllQuestions(store, "Zorvik DSO1"), 0);
+
+  // Other sections and the other instance keep theirs.
+  EXPECT_EQ(GetSettingValue(store, "Zorvik DSO1", "View", "Color", "0"), "3");
+  EXPECT_EQ(GetSettingValue(store, "Zorvik DSO2", "HideInfoWin", "CsvFileWrited", "False"), "True");
 }
 
 TEST(RunAtLogin, AnAutostartEntryUnderTheConfigHome) {
