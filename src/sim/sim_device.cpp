@@ -23,6 +23,11 @@ uint32_t maskToWidth(uint32_t bits, int width) {
   return bits;
 }
 
+// The sensitivities the input stage has, mV per division. A write between two of them is taken as
+// it stands (the program's fine setting sends such values); beyond the ends it goes to the nearer end.
+constexpr std::array<uint32_t, 9> kSensitivities = {20, 50, 100, 200, 500, 1000, 2000, 5000, 10000};
+constexpr uint32_t kPowerOnSensitivity = 200;
+
 std::string fourChars(std::string_view text) {
   std::string field(text.substr(0, 4));
   field.resize(4, ' ');
@@ -45,6 +50,7 @@ SimDevice::SimDevice(const SimConfig& config) : config_(config) {
   const AcquisitionSetup powerOn;
   values_[*indexOf("T1")] = powerOn.T1;
   values_[*indexOf("S1")] = powerOn.S1;
+  values_[*indexOf("V1")] = kPowerOnSensitivity;
 }
 
 std::optional<size_t> SimDevice::indexOf(std::string_view name) const {
@@ -69,6 +75,8 @@ bool SimDevice::write(std::string_view name, uint32_t bits) {
     v = std::clamp(v, lo, hi);
   } else if (name == "TS") {
     v = std::max(v, config_.TMl);
+  } else if (name == "V1") {
+    v = std::clamp(v, kSensitivities.front(), kSensitivities.back());
   } else if (name == "QS") {
     v = std::min(v, config_.qshForMode(mode));
   } else if (name == "TC") {

@@ -16,7 +16,7 @@ class SimDevice {
   explicit SimDevice(const SimConfig& config);
 
   // Takes a write as the hardware can carry it out: cut to the register's width, then clamped to
-  // what the device can do (MC, TS, QS, TC, P1). False for a name that is no register.
+  // what the device can do (MC, TS, QS, TC, P1, V1). False for a name that is no register.
   bool write(std::string_view name, uint32_t bits);
 
   // The present value, sign-extended for P1.

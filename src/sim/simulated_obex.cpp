@@ -177,11 +177,13 @@ void SimulatedObex::StopRepeat(bool resume) {
 }
 
 void SimulatedObex::GetRegister(const std::string& name) {
-  if (session_ != Session::Open) return;
-  if (std::optional<std::string> bytes = device_.registerBytes(name)) {
-    post(
-        [name, value = std::move(*bytes)](ObexEvents& e) { e.ObexLinkDLL1_HeaderEvent(name, value, false); });
-  }
+  if (session_ != Session::Open && session_ != Session::Boot) return;
+  // A register the device does not have is answered under its name with no value; the loader has
+  // no registers at all.
+  std::optional<std::string> bytes = session_ == Session::Open ? device_.registerBytes(name) : std::nullopt;
+  post([name, value = std::move(bytes).value_or(std::string())](ObexEvents& e) {
+    e.ObexLinkDLL1_HeaderEvent(name, value, false);
+  });
 }
 
 void SimulatedObex::GetProperty(const std::string& name) {
@@ -205,10 +207,15 @@ void SimulatedObex::PutRegister4(const std::string& name, int32_t value) {
 }
 
 void SimulatedObex::write(const std::string& name, uint32_t bits) {
-  if (session_ != Session::Open || !device_.write(name, bits)) return;
+  if (session_ == Session::Boot) {
+    GetRegister(name);  // the loader stores nothing, and says so
+    return;
+  }
+  if (session_ != Session::Open) return;
+  const bool known = device_.write(name, bits);
   // The echo carries what the device made of the value, which need not be what was written.
   GetRegister(name);
-  restartAfterWrite(name);
+  if (known) restartAfterWrite(name);
 }
 
 void SimulatedObex::ResendLast() {

@@ -18,6 +18,9 @@ namespace zorvik {
 // The virtual instrument behind the link contract: a session handshake, registers that echo,
 // properties, acquisitions paced like a USB device, and the faults of the configuration.
 // Every answer is queued on the event loop; nothing is delivered from inside a call.
+// A register the device does not have is answered under its name with an empty value. In the boot
+// state only the loader answers: "F" and the firmware sectors; it has no registers, so every
+// register is answered as unknown, and properties and acquisitions go unanswered.
 //
 // An acquisition takes its time: presamples, the wait for the trigger up to the time-out, the
 // record. A packet leaves at the pacing interval or when its acquisition is over, whichever is

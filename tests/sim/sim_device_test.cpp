@@ -15,8 +15,8 @@ TEST(SimDevice, CutsToWidthAndClampsWhatTheHardwareCannotDo) {
   SimDevice d{SimConfig{}};
   d.write("RS", 0x1FF);
   EXPECT_EQ(d.registerBytes("RS"), bytes({0xFF}));
-  d.write("V1", 0x18000);
-  EXPECT_EQ(d.registerBytes("V1"), bytes({0x80, 0x00}));
+  d.write("V1", 0x10000 + 300);
+  EXPECT_EQ(d.registerBytes("V1"), bytes({0x01, 0x2C}));
   d.write("MC", 100);
   EXPECT_EQ(d.value("MC"), 800);
   d.write("MC", 60000);
@@ -34,6 +34,23 @@ TEST(SimDevice, CutsToWidthAndClampsWhatTheHardwareCannotDo) {
   EXPECT_EQ(d.value("P1"), -768);
   EXPECT_FALSE(d.write("ts", 1));  // names are exact
   EXPECT_FALSE(d.registerBytes("XX").has_value());
+}
+
+// The input stage has 20 mV to 10 V a division; the fine setting may ask for anything between.
+TEST(SimDevice, SensitivityStaysWithinTheInputStagesRange) {
+  SimDevice d{SimConfig{}};
+  EXPECT_EQ(d.value("V1"), 200);  // power-on: a sensitivity the device has, not 0
+  d.write("V1", 0);
+  EXPECT_EQ(d.value("V1"), 20);
+  d.write("V1", 19);
+  EXPECT_EQ(d.registerBytes("V1"), bytes({0, 20}));
+  d.write("V1", 70);
+  EXPECT_EQ(d.value("V1"), 70);
+  d.write("V1", 10001);
+  EXPECT_EQ(d.value("V1"), 10000);
+  d.write("V1", 0x18000);  // 32768 on the link, far beyond the top
+  EXPECT_EQ(d.registerBytes("V1"), bytes({0x27, 0x10}));
+  EXPECT_DOUBLE_EQ(d.setup().voltsPerDiv(), 10.0);
 }
 
 TEST(SimDevice, PropertiesInTheirEncodings) {

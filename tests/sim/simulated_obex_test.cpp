@@ -100,6 +100,9 @@ TEST_F(SimulatedObexTest, BootStateOnlyTalksToTheLoader) {
   EXPECT_TRUE(online());
   link->GetProperty("VNM");
   link->SendCommand("D", true, true);
+  // The loader has no acquisition registers: a write is not echoed with a value, a read finds none.
+  link->PutRegister2("V1", 100);
+  link->GetRegister("MC");
   link->SendCommand("F", true, false);
   link->SendFirmwareSector("W",
                            std::string("\x05"
@@ -108,7 +111,9 @@ TEST_F(SimulatedObexTest, BootStateOnlyTalksToTheLoader) {
                            true, true);
   link->CloseSession();
   ASSERT_TRUE(spinUntil([&] { return events.count("End") == 1; }, 1000));
-  EXPECT_EQ(events.kinds(), (std::vector<std::string>{"Message", "F", "W", "End"}));
+  EXPECT_EQ(events.kinds(), (std::vector<std::string>{"Message", "V1", "MC", "F", "W", "End"}));
+  EXPECT_EQ(events.lastHeader("V1")->value, "");
+  EXPECT_EQ(events.lastHeader("MC")->value, "");
   EXPECT_EQ(events.lastHeader("F")->value, "ZV-11.2 01231.00");
   EXPECT_EQ(events.lastHeader("W")->value, std::string("O\x05", 2));
 }
@@ -120,9 +125,7 @@ TEST_F(SimulatedObexTest, EchoesCarryTheClampedValueInTheRegisterWidth) {
   link->PutRegister2("MC", 0x10000 + 100);  // the low 16 bits, 100, are below MCl
   link->PutRegister4("TS", -1);
   link->PutRegister2("P1", -5);
-  link->PutRegister1("XX", 1);
   link->GetRegister("M1");
-  link->GetRegister("nope");
   link->GetProperty("TMh");  // told to stay silent
   link->GetProperty("D1x");
   link->GetProperty("TMl");
@@ -133,6 +136,20 @@ TEST_F(SimulatedObexTest, EchoesCarryTheClampedValueInTheRegisterWidth) {
   EXPECT_EQ(events.lastHeader("TS")->value, std::string(4, '\xFF'));
   EXPECT_EQ(events.lastHeader("P1")->value, "\xFF\xFB");
   EXPECT_EQ(events.lastHeader("M1")->value, std::string(1, '\0'));
+}
+
+// A register the device lacks is answered under its own name with nothing in it, in the order asked.
+TEST_F(SimulatedObexTest, ARegisterTheDeviceLacksIsAnsweredEmpty) {
+  open();
+  link->PutRegister1("XX", 1);
+  link->GetRegister("nope");
+  link->PutRegister4("ts", 7);  // names are exact
+  link->PutRegister2("V1", 5);  // below the lowest sensitivity
+  ASSERT_TRUE(spinUntil([&] { return events.entries.size() == 4; }, 1000));
+  EXPECT_EQ(events.kinds(), (std::vector<std::string>{"XX", "nope", "ts", "V1"}));
+  for (size_t i = 0; i < 3; ++i) EXPECT_EQ(events.entries[i].value, "") << events.entries[i].name;
+  EXPECT_EQ(events.lastHeader("V1")->value, std::string("\0\x14", 2));
+  EXPECT_FALSE(link->device().value("XX").has_value());
 }
 
 TEST_F(SimulatedObexTest, RepetitionRunsHoldsResumesAndStops) {
