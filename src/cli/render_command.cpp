@@ -6,8 +6,10 @@
 #include <QPainter>
 
 #include "cli/display_command.h"
+#include "control/channel_control.h"
 #include "core/fault.h"
 #include "display/label_painter.h"
+#include "display/view_zoom.h"
 #include "export/file_io.h"
 #include "session/command_line.h"
 
@@ -63,6 +65,16 @@ int render(const RenderArgs& a) {
     throw Fault("--labels needs the GUI application object");
 
   HeadlessDisplay rig(a.display);
+  {
+    // The vertical labels follow the zoom as in the window: the channel's zoom scale at the view's
+    // middle gives the volts a division and the centre shown.
+    ChannelControl channel(rig.main());
+    channel.setVertZoom(a.display.vZoom, 0, ViewZoom::kMin, ViewZoom::kMax);
+    PlotInputs& in = rig.display().inputs();
+    in.voltPerDiv = channel.model().ZoomVoltPerDiv;
+    in.voltOffset = channel.model().ZoomCentre;
+    rig.display().refreshVertical();
+  }
   for (int r = 0; r < a.repeat; ++r)
     for (const PacketFile& p : packets)
       rig.packet(p.bytes, a.display.samplesPerDiv.value_or(p.samplesPerDiv.value_or(16)));

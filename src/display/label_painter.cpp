@@ -3,6 +3,8 @@
 #include <QFont>
 #include <QFontMetrics>
 #include <QPainter>
+#include <QPolygon>
+#include <array>
 
 #include "display/display_geometry.h"
 #include "display/display_labels.h"
@@ -34,19 +36,26 @@ void text(QPainter& p, const std::string& s, int x, int top, int align, const QC
   p.drawText(QPoint(left, top + m.ascent()), t);
 }
 
-}  // namespace
-
-int labelPixelSize(int storedSize, int zoomIndex) {
-  return std::max(6, storedSize + 4 + 2 * zoomIndex);
+// Text drawn into its band rectangle, condensed across when it wants more room than it got.
+void bandText(QPainter& p, const QString& t, int wanted, const LabelRect& r, const QColor& colour) {
+  if (t.isEmpty() || r.width <= 0) return;
+  const QFontMetrics m(p.font());
+  p.save();
+  p.setPen(colour);
+  p.translate(r.left, r.top + m.ascent());
+  if (wanted > r.width) p.scale(static_cast<double>(r.width) / wanted, 1);
+  p.drawText(QPoint(0, 0), t);
+  p.restore();
 }
 
-void paintLabels(QPainter& p, const DisplayLabels& l, const DisplaySettings& s, const DisplayGeometry& g) {
+const QColor kTrigIndHorColour(Qt::darkYellow);
+
+}  // namespace
+
+void paintMarkers(QPainter& p, const DisplayLabels& l, const DisplaySettings& s, const DisplayGeometry& g) {
   const int w = g.plotWidth();
   const int left = g.pixelX(0), right = g.pixelX(w), top = g.pixelY(kTraceRows), bottom = g.pixelY(0);
-  const int picture = g.pictureWidth();
   p.save();
-
-  // Marker lines first, so the texts stay readable over them.
   if (s.nullLine && l.nullRow) {
     p.setPen(QPen(fromItem(s.lineColor, 128), 1, Qt::DashLine));
     p.drawLine(left, g.pixelY(*l.nullRow), right, g.pixelY(*l.nullRow));
@@ -59,19 +68,48 @@ void paintLabels(QPainter& p, const DisplayLabels& l, const DisplaySettings& s, 
     p.setPen(QPen(QColor(160, 160, 160), 1, Qt::DotLine));
     p.drawLine(g.pixelX(*l.triggerX), top, g.pixelX(*l.triggerX), bottom);
   }
+  if (const std::optional<LabelRect> r = trigIndHorRect(g, l.triggerX)) {
+    const QPolygon triangle({QPoint(r->left, r->top), QPoint(r->right() - 1, r->top),
+                             QPoint(r->left + r->width / 2, r->bottom() - 1)});
+    p.setPen(kTrigIndHorColour);
+    p.setBrush(kTrigIndHorColour);
+    p.drawPolygon(triangle);
+  }
+  p.restore();
+}
+
+int labelPixelSize(int storedSize, int zoomIndex) {
+  return std::max(6, storedSize + 4 + 2 * zoomIndex);
+}
+
+void paintLabels(QPainter& p, const DisplayLabels& l, const DisplaySettings& s, const DisplayGeometry& g) {
+  const int w = g.plotWidth();
+  const int left = g.pixelX(0), right = g.pixelX(w), top = g.pixelY(kTraceRows), bottom = g.pixelY(0);
+  const int picture = g.pictureWidth();
+  // Marker lines first, so the texts stay readable over them.
+  paintMarkers(p, l, s, g);
+  p.save();
 
   QFont font = p.font();
   font.setPixelSize(labelPixelSize(s.horLabelSize, g.zoomIndex));
   p.setFont(font);
-  const int lineHeight = QFontMetrics(font).height();
+  const QFontMetrics metrics(font);
+  const int lineHeight = metrics.height();
   const int bandTop = top + 1;
-  auto at = [&](double fraction) { return static_cast<int>(fraction / 8 * picture); };
-  text(p, l.TimeDivTransparant, at(1), bandTop, 1, kLabelColour);
-  text(p, l.RISmodeTransparant, at(2.4), bandTop, 1, kRisColour);
-  text(p, l.ModeTransparant, at(3.3), bandTop, 1, fromBgr(l.modeColor));
-  text(p, l.Ch1Transparant, at(4.4), bandTop, 1, fromItem(s.lineColor, 255));
-  text(p, l.Ch1InterpTransparant, at(5.7), bandTop, 1, kLabelColour);
-  text(p, l.Ch1VdivTransparant, at(6.8), bandTop, 1, fromItem(s.lineColor, 255));
+  // Blanks around a text (" 1:1 ") only pad it: the layout keeps its own gaps.
+  const std::array<QString, kBandTexts> band = {QString::fromStdString(l.TimeDivTransparant).trimmed(),
+                                                QString::fromStdString(l.RISmodeTransparant).trimmed(),
+                                                QString::fromStdString(l.ModeTransparant).trimmed(),
+                                                QString::fromStdString(l.Ch1Transparant).trimmed(),
+                                                QString::fromStdString(l.Ch1InterpTransparant).trimmed(),
+                                                QString::fromStdString(l.Ch1VdivTransparant).trimmed()};
+  std::array<int, kBandTexts> wanted{};
+  for (int i = 0; i < kBandTexts; ++i) wanted[i] = band[i].isEmpty() ? 0 : metrics.horizontalAdvance(band[i]);
+  const std::array<LabelRect, kBandTexts> places = bandLayout(picture, bandTop, lineHeight, wanted);
+  const std::array<QColor, kBandTexts> colours = {kLabelColour,         kRisColour,
+                                                  fromBgr(l.modeColor), fromItem(s.lineColor, 255),
+                                                  kLabelColour,         fromItem(s.lineColor, 255)};
+  for (int i = 0; i < kBandTexts; ++i) bandText(p, band[i], wanted[i], places[i], colours[i]);
   if (l.noTrigger) text(p, "NO TRIGGER!", picture / 2, g.pixelY(kTraceRows * 3 / 4), 1, kNoTriggerColour);
 
   if (s.horLabels) {
