@@ -9,9 +9,11 @@
 #include <QHBoxLayout>
 #include <QInputDialog>
 #include <QKeyEvent>
+#include <QLineEdit>
 #include <QMenuBar>
 #include <QScreen>
 #include <QSignalBlocker>
+#include <QSpinBox>
 #include <QStatusBar>
 #include <QTimer>
 #include <QUrl>
@@ -79,15 +81,16 @@ mainwin::mainwin(SettingsStore& settings, const InstanceIdentity& identity, std:
   buildMenus();
   buildPanel();
   devicePage_ = new DevicePage(this);
+  qApp->installEventFilter(this);
   guarded([this] { session_->restoreZoom(); });
   scaleChanged();
   guarded([this] { HotKey::SetKey(this, "Oscilloscope", settings_); });
+  placeWindow();  // before the windows restored below, which open beside it
   guarded([this] { meterMenu_->restore(); });
   guarded([this] {
     if (settings_.getBool("Spectrum", "Visible")) MeterFFT_Click();
     if (settings_.getBool("Stat", "Visible")) MeterStat_Click();
   });
-  placeWindow();
   refreshRunControls();
   stateChanged();
 }
@@ -352,7 +355,12 @@ void mainwin::buildPanel() {
   KeyStart = new QPushButton("Start");
   KeyStart->setObjectName("KeyStart");
   KeyStart->setToolTip("Press to force single \r\nacquisition");
-  KeyStart->installEventFilter(this);
+  {
+    // Hidden during serial acquisition, it keeps its room: the controls under the mouse stay put.
+    QSizePolicy keep = KeyStart->sizePolicy();
+    keep.setRetainSizeWhenHidden(true);
+    KeyStart->setSizePolicy(keep);
+  }
   connect(KeyStart, &QPushButton::clicked, this, [this] { guarded([this] { run_->KeyStart_Click(); }); });
   WorkMode = new QCheckBox("Serial");
   WorkMode->setObjectName("WorkMode");
@@ -589,10 +597,13 @@ void mainwin::refreshRunControls() {
 }
 
 bool mainwin::eventFilter(QObject* watched, QEvent* event) {
-  if (watched == KeyStart && event->type() == QEvent::KeyPress &&
-      static_cast<QKeyEvent*>(event)->key() == Qt::Key_R) {
-    run_->ResendLast();
-    return true;
+  if (event->type() == QEvent::KeyPress && isFirstDeliveryHere(watched)) {
+    auto* key = static_cast<QKeyEvent*>(event);
+    if (watched == KeyStart && key->key() == Qt::Key_R) {
+      run_->ResendLast();
+      return true;
+    }
+    if (takeKey(key)) return true;
   }
   if (watched == WorkMode && event->type() == QEvent::HoverMove)
     run_->mouseOverWorkMode(QDateTime::currentMSecsSinceEpoch());
@@ -632,7 +643,18 @@ std::string keyName(const QKeyEvent* e) {
 }
 }  // namespace
 
-void mainwin::keyPressEvent(QKeyEvent* event) {
+// The keyboard table acts whatever control of this window has the focus, so a key is looked at where it
+// is first delivered: the focused widget, or the window itself when nothing has the focus. Text inputs
+// keep their keys.
+bool mainwin::isFirstDeliveryHere(QObject* watched) const {
+  auto* widget = qobject_cast<QWidget*>(watched);
+  if (!widget || widget->window() != this) return false;
+  QWidget* focus = QApplication::focusWidget();
+  if (focus && (qobject_cast<QLineEdit*>(focus) || qobject_cast<QAbstractSpinBox*>(focus))) return false;
+  return widget == (focus ? focus : this);
+}
+
+bool mainwin::takeKey(QKeyEvent* event) {
   std::string key = keyName(event);
   bool taken = false;
   guarded([&] {
@@ -640,7 +662,7 @@ void mainwin::keyPressEvent(QKeyEvent* event) {
                                                    event->modifiers() & Qt::ShiftModifier,
                                                    event->modifiers() & Qt::AltModifier);
   });
-  if (!taken) QMainWindow::keyPressEvent(event);
+  return taken;
 }
 
 void mainwin::closeEvent(QCloseEvent* event) {

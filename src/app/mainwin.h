@@ -77,7 +77,6 @@ class mainwin : public QMainWindow, private MainView {
 
  protected:
   void closeEvent(QCloseEvent* event) override;
-  void keyPressEvent(QKeyEvent* event) override;
 
  private:
   // MainView.
@@ -116,6 +115,8 @@ class mainwin : public QMainWindow, private MainView {
   void buildAnimationMenu(QMenu* file);
   void saveAnimation(std::vector<AniGIF::Frame> frames);
   bool eventFilter(QObject* watched, QEvent* event) override;
+  bool isFirstDeliveryHere(QObject* watched) const;
+  bool takeKey(QKeyEvent* event);
 
   SettingsStore& settings_;
   RegistryStore* store_ = nullptr;

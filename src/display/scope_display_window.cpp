@@ -12,6 +12,7 @@
 #include "display/label_painter.h"
 #include "display/screen_check.h"
 #include "link/main_state.h"
+#include "ui/window_place_qt.h"
 
 namespace zorvik {
 
@@ -162,21 +163,17 @@ void checkScreenFor(QWidget* window, MessageSink& messages, const std::string& t
   if (!window) return;
   QScreen* screen = window->screen() ? window->screen() : QGuiApplication::primaryScreen();
   if (!screen) return;
-  const QRect area = screen->availableGeometry();
   std::vector<ScreenSize> modes;
   for (QScreen* s : QGuiApplication::screens()) modes.push_back({s->size().width(), s->size().height()});
   const QSize size = window->frameGeometry().size();
   const ScreenCheck c =
       checkScreen({size.width(), size.height()}, {screen->size().width(), screen->size().height()}, modes);
-  if (c.outcome == ScreenCheck::Outcome::Fits) return;
   if (c.outcome == ScreenCheck::Outcome::Ask)
     messages.show(BoxKind::Question, title, c.text);
-  else
+  else if (c.outcome == ScreenCheck::Outcome::Insufficient)
     messages.show(BoxKind::Information, title, c.text);
-  QPoint at = window->pos();
-  at.setX(std::max(area.left(), std::min(at.x(), area.right() - size.width())));
-  at.setY(std::max(area.top(), std::min(at.y(), area.bottom() - size.height())));
-  window->move(at);
+  // A window that grew (a larger zoom) comes back into the work area even when the screen holds it.
+  moveIntoScreen(window);
 }
 
 }  // namespace zorvik

@@ -7,6 +7,7 @@
 #include <QVBoxLayout>
 
 #include "core/latin1_text.h"
+#include "ui/window_place_qt.h"
 
 namespace zorvik {
 
@@ -59,6 +60,7 @@ FWupdate::FWupdate(QWidget* parent) : QWidget(parent, Qt::Window) {
 }
 
 void FWupdate::showWindow() {
+  if (!isVisible()) placeOpenedWindow(this);
   show();
   raise();
 }

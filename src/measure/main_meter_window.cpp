@@ -13,6 +13,7 @@
 #include "measure/meter_text.h"
 #include "spectrum/spectrum_engine.h"
 #include "spectrum/spectrum_stage.h"
+#include "ui/window_place_qt.h"
 
 namespace zorvik {
 
@@ -71,7 +72,7 @@ mainmeter::mainmeter(SettingsStore& settings, SpectrumStage& stage, QWidget* par
   grid->addWidget(SinXxInterpolation, kGroups + 1, 3);
   const int left = settings_.getInt("Meters Positions", "MainComp Left", -1);
   const int top = settings_.getInt("Meters Positions", "MainComp Top", -1);
-  if (left >= 0 && top >= 0) move(left, top);
+  placeOpenedWindow(this, left >= 0 && top >= 0 ? std::optional<QPoint>(QPoint(left, top)) : std::nullopt);
   clock_.start();
 }
 

@@ -10,6 +10,7 @@
 
 #include "config/settings.h"
 #include "ui/hot_key_dialog.h"
+#include "ui/window_place_qt.h"
 
 namespace zorvik {
 
@@ -144,12 +145,16 @@ void unimeter::Stp(const std::string& mnemonic) {
   if (zoom > 1) resize(reference_ * zoom);
   QRect screen = QGuiApplication::primaryScreen() ? QGuiApplication::primaryScreen()->availableGeometry()
                                                   : QRect(0, 0, 1024, 768);
-  int left = settings_.getInt("Meters Positions", mnemonic + " Left", screen.width() / 2);
-  int top = settings_.getInt("Meters Positions", mnemonic + " Top", screen.height() / 2);
-  // Pulled back onto the screen with a margin of the window left on it.
-  left = std::clamp(left, 0, std::max(0, screen.width() - kScreenMargin));
-  top = std::clamp(top, 0, std::max(0, screen.height() - kScreenMargin));
-  move(left, top);
+  if (settings_.GetSettingValue("Meters Positions", mnemonic + " Left", "").empty()) {
+    placeOpenedWindow(this);  // a first opening: beside the main window, past the meters already open
+  } else {
+    int left = settings_.getInt("Meters Positions", mnemonic + " Left", screen.width() / 2);
+    int top = settings_.getInt("Meters Positions", mnemonic + " Top", screen.height() / 2);
+    // Pulled back onto the screen with a margin of the window left on it.
+    left = std::clamp(left, 0, std::max(0, screen.width() - kScreenMargin));
+    top = std::clamp(top, 0, std::max(0, screen.height() - kScreenMargin));
+    move(left, top);
+  }
   ResetMeter();
   guarded([this] { HotKey::SetKey(this, mnemonic_ + " meter", settings_); });
   show();

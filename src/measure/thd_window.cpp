@@ -14,6 +14,7 @@
 #include "measure/thd.h"
 #include "spectrum/spectrum_engine.h"
 #include "spectrum/spectrum_stage.h"
+#include "ui/window_place_qt.h"
 
 namespace zorvik {
 
@@ -68,7 +69,7 @@ THDmeter::THDmeter(SettingsStore& settings, SpectrumStage& stage, QWidget* paren
   });
   const int left = settings_.getInt("Meters Positions", "THD Left", -1);
   const int top = settings_.getInt("Meters Positions", "THD Top", -1);
-  if (left >= 0 && top >= 0) move(left, top);
+  placeOpenedWindow(this, left >= 0 && top >= 0 ? std::optional<QPoint>(QPoint(left, top)) : std::nullopt);
   clock_.start();
   reset();
 }

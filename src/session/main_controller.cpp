@@ -156,6 +156,7 @@ void MainController::ObexLinkDLL1_EndSessionEvent() {
   firstTimeTimer_.stop();
   timeoutsWaitForClock_ = false;
   session_ = SessionState::NoSession;
+  state_.fps = 0;  // the rate of a session that is over would mislead
   setConnectCaption("Connect");
   clearCaches();
   state_.startEnabled = false;

@@ -1,5 +1,7 @@
 #include "session/scope_session.h"
 
+#include <string_view>
+
 #include "control/delay_control.h"
 #include "control/plot_inputs_source.h"
 #include "control/trigger_control.h"
@@ -207,6 +209,8 @@ void ScopeSession::displaySettingChanged(const char* name, bool setup) {
     display_->SetupDisplay();
     onLayoutView();
   }
+  // The record's length follows the screen's width: the time base asks for it now.
+  if (std::string_view(name) == "Wide") main_->registers().SetupTimeDiv();
   display_->ClearIntensity();
   main_->setReplotNeeded(true);
   main_->replayLastPacket();

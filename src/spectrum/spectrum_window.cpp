@@ -16,6 +16,7 @@
 #include "spectrum/spectrum_stage.h"
 #include "ui/hot_key_dialog.h"
 #include "ui/value_plot.h"
+#include "ui/window_place_qt.h"
 
 namespace zorvik {
 
@@ -92,7 +93,7 @@ Spectrum::Spectrum(SettingsStore& settings, SpectrumStage& stage, PacketFiles& f
   };
   showSettings();
   const int left = settings_.getInt(kSection, "Left", -1), top = settings_.getInt(kSection, "Top", -1);
-  if (left >= 0 && top >= 0) move(left, top);
+  placeOpenedWindow(this, left >= 0 && top >= 0 ? std::optional<QPoint>(QPoint(left, top)) : std::nullopt);
 
   connect(volts_, &QRadioButton::toggled, this,
           [this](bool) { guarded([this] { stage_.setDb(decibels_->isChecked()); }); });

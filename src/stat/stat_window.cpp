@@ -12,6 +12,7 @@
 #include "stat/stat_stage.h"
 #include "ui/hot_key_dialog.h"
 #include "ui/value_plot.h"
+#include "ui/window_place_qt.h"
 
 namespace zorvik {
 
@@ -67,7 +68,7 @@ Stat::Stat(SettingsStore& settings, StatStage& stage, PacketFiles& files, QWidge
   Normir->setChecked(normalize_);
   Interpolation->setCurrentIndex(interpolation_);
   const int left = settings_.getInt(kSection, "Left", -1), top = settings_.getInt(kSection, "Top", -1);
-  if (left >= 0 && top >= 0) move(left, top);
+  placeOpenedWindow(this, left >= 0 && top >= 0 ? std::optional<QPoint>(QPoint(left, top)) : std::nullopt);
 
   connect(samples_, &QRadioButton::toggled, this, [this](bool) {
     percent_ = percentKey_->isChecked();

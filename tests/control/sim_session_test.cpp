@@ -140,3 +140,25 @@ TEST_F(SimSession, AnOpenMeterAsksForTheFirmwareStatus) {
   EXPECT_TRUE(std::any_of(shown.begin(), shown.end(),
                           [](const auto& m) { return m.text == "Device firmware error"; }));
 }
+
+// Wide asks the instrument for the longer record at once, not at the next change of the time base.
+TEST_F(SimSession, WideTakesTheLongerRecordAtOnce) {
+  start();
+  MainController& m = session->main();
+  spinFor(100);
+  const int32_t narrow = m.cache().QS;
+  ASSERT_GT(narrow, 0);
+  ASSERT_TRUE(session->session().keys().press("W", 0));
+  EXPECT_TRUE(spinUntil([&] { return m.cache().QS > narrow; }, 2000)) << narrow;
+  EXPECT_EQ(session->control().timebase().model().ScreenSamples, 15 * m.scale().SamplesPerDiv);
+}
+
+// The frame rate belongs to a session: it is gone when the session ends.
+TEST_F(SimSession, TheFrameRateIsClearedAtTheEndOfASession) {
+  start();
+  MainController& m = session->main();
+  ASSERT_TRUE(spinUntil([&] { return m.state().fps > 0; }, 3000));
+  session->link().CloseSession();
+  ASSERT_TRUE(spinUntil([&] { return m.state().connectVisible; }, 3000));
+  EXPECT_EQ(m.state().fps, 0);
+}

@@ -1,10 +1,12 @@
 #include "app/mainwin.h"
 
 #include <QCheckBox>
+#include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScreen>
 #include <QShortcut>
 #include <QtTest>
 
@@ -115,6 +117,78 @@ class MainwinTest : public QObject {
     QCOMPARE(w->display().settings().interpolation != 0, !interpolated);
     QTest::keyClick(w.get(), Qt::Key_I);
     QCOMPARE(w->display().settings().interpolation != 0, interpolated);
+  }
+
+  void keysActWhateverControlHasTheFocus() {
+    auto w = make("rate=max");
+    w->activateWindow();
+    auto* volts = w->findChild<QComboBox*>("VoltDiv1");
+    auto* times = w->findChild<QComboBox*>("TimeDiv");
+    QVERIFY(volts && times);
+    volts->setFocus();
+    QTRY_VERIFY(volts->hasFocus());
+    const int vdiv = w->control().channel().model().scrollCH1;
+    const int offset = w->control().channel().model().VScroll1;
+    QTest::keyClick(volts, Qt::Key_Up);  // the offset, as the keyboard table says, not the focused list
+    QCOMPARE(w->control().channel().model().scrollCH1, vdiv);
+    QCOMPARE(w->control().channel().model().VScroll1 != offset, w->control().channel().model().HardwShift1);
+    times->setFocus();
+    QTRY_VERIFY(times->hasFocus());
+    const int time = w->control().timebase().model().ScrollTimeDiv;
+    QTest::keyClick(times, Qt::Key_End);  // one step faster, not the list's last entry
+    QCOMPARE(w->control().timebase().model().ScrollTimeDiv, time - 1);
+  }
+
+  void serialOnAndOffLeavesTheRunPanelInPlace() {
+    auto w = make("rate=max");
+    QTest::mouseClick(w->findChild<QPushButton*>("KeyConnect"), Qt::LeftButton);
+    QTRY_COMPARE_WITH_TIMEOUT(w->core().sessionState(), SessionState::Ready, 5000);
+    auto* serial = w->findChild<QCheckBox*>("WorkMode");
+    auto* autoRun = w->findChild<QCheckBox*>("AutoWait");
+    const QPoint serialAt = serial->mapTo(w.get(), QPoint()), autoAt = autoRun->mapTo(w.get(), QPoint());
+    auto* start = w->findChild<QPushButton*>("KeyStart");
+    for (int i = 0; i < 2; ++i) {
+      const bool shown = start->isVisible();
+      serial->click();
+      QTRY_VERIFY(start->isVisible() != shown);
+      QApplication::processEvents();
+      QCOMPARE(serial->mapTo(w.get(), QPoint()), serialAt);
+      QCOMPARE(autoRun->mapTo(w.get(), QPoint()), autoAt);
+    }
+    w->core().link()->CloseSession();
+    QTRY_VERIFY(w->core().state().connectVisible);
+  }
+
+  void newWindowsOpenBesideTheMainWindowAndCascade() {
+    auto w = make("rate=max");
+    for (const char* item : {"Meters_0", "Meters_6", "Meters_7"}) {
+      QAction* a = w->findChild<QAction*>(item);
+      QVERIFY2(a, item);
+      a->trigger();
+    }
+    QList<QPoint> places;
+    for (QWidget* top : QApplication::topLevelWidgets())
+      if (top != w.get() && top->isVisible() && top->objectName() == "unimeter") places << top->pos();
+    QCOMPARE(places.size(), 3);
+    const QRect area = w->screen()->availableGeometry();
+    for (const QPoint& p : places) {
+      QVERIFY2(area.contains(p), qPrintable(QString("%1,%2").arg(p.x()).arg(p.y())));
+      QCOMPARE(places.count(p), 1);  // none hides another
+    }
+  }
+
+  void theLargestZoomBringsTheWindowBackOntoTheScreen() {
+    auto w = make("rate=max");
+    const QRect area = w->screen()->availableGeometry();
+    w->move(area.right() - 200, area.bottom() - 200);
+    for (QAction* a : w->findChild<QMenu*>("Zoom")->actions())
+      if (a->text() == "x3") a->trigger();
+    const QRect frame = w->frameGeometry();
+    QVERIFY2(frame.width() > area.width() || frame.right() <= area.right(), "right edge off the screen");
+    QVERIFY2(frame.height() > area.height() || frame.bottom() <= area.bottom(), "bottom edge off the screen");
+    QVERIFY(frame.left() >= area.left() && frame.top() >= area.top());
+    for (QAction* a : w->findChild<QMenu*>("Zoom")->actions())
+      if (a->text() == "x1") a->trigger();  // the store is shared by the tests that follow
   }
 
   // Columns with any pixel of a trace's colours: blue in it, or pure green (the grid is olive).
