@@ -52,6 +52,37 @@ check "decode zrv" "echo '$out' | grep -q '\"samples_per_div\":32'"
 check "missing file exit 2" "[ $rc -eq 2 ]"
 check "missing file one line" "[ \$(wc -l < $tmp/err) -eq 1 ]"
 
+# What is no regular file, or far larger than any packet, is refused at once in one line (a time-out
+# stands for the hang or the gigabytes of reading it once was).
+start=$(date +%s)
+timeout 10 "$cli" decode /dev/zero 2>"$tmp/err"; rc=$?
+check "decode /dev/zero exit 2" "[ $rc -eq 2 ] && [ \$(wc -l < $tmp/err) -eq 1 ]"
+check "decode /dev/zero names the reason" "grep -q '\"/dev/zero\" is not a regular file' $tmp/err"
+mkfifo "$tmp/fifo"
+timeout 10 "$cli" measure "$tmp/fifo" 2>"$tmp/err"; rc=$?
+check "measure fifo refused" "[ $rc -eq 2 ] && grep -q 'is not a regular file' $tmp/err"
+truncate -s 2G "$tmp/big.bin"
+timeout 10 "$cli" spectrum "$tmp/big.bin" 2>"$tmp/err"; rc=$?
+check "spectrum 2 GiB refused" "[ $rc -eq 2 ] && grep -q 'is larger than 131336 bytes' $tmp/err"
+timeout 10 "$cli" zfw /dev/zero 2>/dev/null; rc=$?
+check "zfw device refused" "[ $rc -eq 2 ]"
+check "refusals at once" "[ \$(( \$(date +%s) - $start )) -lt 5 ]"
+rm -f "$tmp/big.bin" "$tmp/fifo"
+
+# A packet too short to be one: render and csv refuse it as measure does, in the same words.
+printf '\x00\x00\x00\x00abc' > "$tmp/short.bin"
+: > "$tmp/empty.bin"
+for f in short empty; do
+  "$cli" measure "$tmp/$f.bin" 2>"$tmp/m.err"; m=$?
+  "$cli" render "$tmp/$f.bin" --png "$tmp/$f.png" 2>"$tmp/r.err"; r=$?
+  "$cli" csv "$tmp/$f.bin" --out "$tmp/$f.csv" 2>"$tmp/c.err"; c=$?
+  check "$f packet refused alike" "[ $m$r$c = 222 ] && cmp -s $tmp/m.err $tmp/r.err && cmp -s $tmp/m.err $tmp/c.err"
+  check "$f packet writes nothing" "[ ! -e $tmp/$f.png ] && [ ! -e $tmp/$f.csv ]"
+done
+
+"$cli" session --packets 2.5 >/dev/null 2>"$tmp/err"; rc=$?
+check "fractional packet count exit 2" "[ $rc -eq 2 ] && [ \$(wc -l < $tmp/err) -eq 1 ]"
+
 "$cli" session --sim bogus=1 >/dev/null 2>"$tmp/err"; rc=$?
 check "unknown sim key exit 2" "[ $rc -eq 2 ]"
 check "unknown sim key named" "grep -q bogus $tmp/err"
@@ -142,6 +173,13 @@ printf 'not a reg file\r\n' > "$tmp/bad.reg"
 check "bad reg exit 2" "[ $rc -eq 2 ]"
 out=$("$cli" settings get View/Color)
 check "settings survive a bad import" "echo '$out' | grep -q '3'"
+"$cli" settings import "$tmp" 2>"$tmp/err"; rc=$?
+check "import of a folder says so" "[ $rc -eq 2 ] && grep -q 'is a directory' $tmp/err"
+"$cli" settings set "View/Color=5" >/dev/null
+tr -d '\r' < "$tmp/out.reg" > "$tmp/lf.reg"
+"$cli" settings import "$tmp/lf.reg" >/dev/null; rc=$?
+out=$("$cli" settings get View/Color)
+check "reg with LF line ends imports" "[ $rc -eq 0 ] && echo '$out' | grep -q '3'"
 unset ZORVIK_REGISTRY
 
 # The session runs the window's stages: its last readings equal those of measure and spectrum on the
@@ -172,6 +210,17 @@ check "gated keys exit 1" "[ $rc -eq 1 ]"
 check "gated keys take no packet" "echo '$out' | grep -q '\"packet_log\":\[\]'"
 "$cli" session --keys Foo >/dev/null 2>&1; rc=$?
 check "unknown key exit 2" "[ $rc -eq 2 ]"
+
+# A write cut short by the file size limit is an error naming the file, and the earlier file stays.
+cp "$tmp/a.csv" "$tmp/keep.csv"
+cp "$tmp/keep.csv" "$tmp/before.csv"
+err=$( (trap '' XFSZ; ulimit -f 1; "$cli" render "$data" --png "$tmp/keep.csv" --wide --labels) 2>&1 >/dev/null); rc=$?
+check "limited write exit 2" "[ $rc -eq 2 ]"
+check "limited write names the file" "echo '$err' | grep -q 'keep.csv'"
+check "limited write keeps the old file" "cmp -s '$tmp/keep.csv' '$tmp/before.csv'"
+mkfifo "$tmp/fifo"
+"$cli" csv "$tmp/s/0001.zrv" --out "$tmp/fifo" 2>/dev/null; rc=$?
+check "fifo target refused" "[ $rc -eq 2 ] && [ -p '$tmp/fifo' ]"
 
 echo "$pass passed, $fail failed"
 [ "$fail" -eq 0 ]

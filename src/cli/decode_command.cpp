@@ -3,31 +3,29 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <fstream>
-#include <iterator>
-
 #include "core/fault.h"
+#include "core/file_read.h"
 #include "export/zrv_file.h"
 #include "session/command_line.h"
 #include "signal/packet.h"
 
 namespace zorvik {
 
-std::string readFileBytes(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  if (!in) throw Fault("cannot read file: " + path);
-  std::string bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-  if (in.bad()) throw Fault("cannot read file: " + path);
-  return bytes;
+std::string readPacketBytes(const std::string& path) {
+  return readFileBounded(path, kZrvMaxBytes, "packet file");
 }
 
-PacketInfo readPacketFile(const std::string& path, std::string& packet) {
-  packet = readFileBytes(path);
-  if (auto zrv = parseZrv(packet)) packet = zrv->packet;
+PacketInfo requirePacket(const std::string& path, std::string_view packet) {
   PacketInfo info = decodePacket(packet);
   if (info.ignored)
     throw Fault("not a packet: " + path + " holds " + std::to_string(packet.size()) + " bytes");
   return info;
+}
+
+PacketInfo readPacketFile(const std::string& path, std::string& packet) {
+  packet = readPacketBytes(path);
+  if (auto zrv = parseZrv(packet)) packet = zrv->packet;
+  return requirePacket(path, packet);
 }
 
 bool takeScaleOption(const std::vector<std::string>& args, size_t& i, ScaleOptions& scale) {
@@ -54,7 +52,7 @@ void takeFileArgument(const std::string& word, std::string& file, const char* us
 
 int runDecodeCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream&) {
   if (args.size() != 1) throw Fault("usage: zorvik-cli decode FILE");
-  std::string bytes = readFileBytes(args[0]);
+  std::string bytes = readPacketBytes(args[0]);
   QJsonObject o;
   std::string packet = bytes;
   if (auto zrv = parseZrv(bytes)) {

@@ -1,6 +1,7 @@
 #pragma once
 #include <ostream>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "signal/packet.h"
@@ -10,8 +11,11 @@ namespace zorvik {
 // zorvik-cli decode FILE: a raw packet or a zrv file (by its magic) as one JSON object.
 int runDecodeCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
 
-// Reads a whole file as bytes; Fault when it can't be read.
-std::string readFileBytes(const std::string& path);
+// The bytes of a packet or zrv file; Fault when it can't be read or is longer than any such file.
+std::string readPacketBytes(const std::string& path);
+
+// The packet decoded; Fault naming the file when it is too short to be one (the window ignores it).
+PacketInfo requirePacket(const std::string& path, std::string_view packet);
 
 // The packet of a packet or zrv file, decoded; its views point into `packet`. Fault when the file holds
 // no packet.

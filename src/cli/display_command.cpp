@@ -3,9 +3,9 @@
 #include <initializer_list>
 #include <utility>
 
+#include "cli/decode_command.h"
 #include "config/cpu_speed.h"
 #include "core/fault.h"
-#include "export/file_io.h"
 #include "export/zrv_file.h"
 #include "session/command_line.h"
 
@@ -74,9 +74,11 @@ bool takeDisplayOption(const std::vector<std::string>& args, size_t& i, DisplayO
 }
 
 PacketFile readPacketFile(const std::string& path) {
-  std::string bytes = readWholeFile(path, kZrvMaxBytes);
-  if (std::optional<ZrvContents> zrv = parseZrv(bytes)) return {std::move(zrv->packet), zrv->samplesPerDiv};
-  return {std::move(bytes), std::nullopt};
+  PacketFile file{readPacketBytes(path), std::nullopt};
+  if (std::optional<ZrvContents> zrv = parseZrv(file.bytes))
+    file = {std::move(zrv->packet), zrv->samplesPerDiv};
+  requirePacket(path, file.bytes);  // what measure refuses, render refuses alike
+  return file;
 }
 
 HeadlessDisplay::HeadlessDisplay(const DisplayOptions& options)

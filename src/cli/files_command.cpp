@@ -9,6 +9,7 @@
 #include <exception>
 #include <filesystem>
 
+#include "cli/decode_command.h"
 #include "config/registry_settings.h"
 #include "config/registry_store.h"
 #include "config/text_number.h"
@@ -146,9 +147,10 @@ int runCsvCommand(const std::vector<std::string>& args, std::ostream&, std::ostr
         input = args[i];
     }
     if (input.empty() || output.empty()) throw Fault("usage: zorvik-cli csv FILE --out OUT.csv");
-    std::string bytes = readWholeFile(input, kZrvMaxBytes);
-    std::optional<ZrvContents> zrv = parseZrv(bytes);
-    writeFileReplacing(output, textFileBytes(packetCsvText(zrv ? zrv->packet : bytes)));
+    std::string bytes = readPacketBytes(input);
+    if (std::optional<ZrvContents> zrv = parseZrv(bytes)) bytes = std::move(zrv->packet);
+    requirePacket(input, bytes);
+    writeFileReplacing(output, textFileBytes(packetCsvText(bytes)));
     return 0;
   } catch (const std::exception& e) {
     return failed(err, e.what());

@@ -3,8 +3,8 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
-#include "cli/decode_command.h"
 #include "core/fault.h"
+#include "core/file_read.h"
 #include "core/latin1_text.h"
 #include "firmware/zfw_image.h"
 
@@ -12,7 +12,7 @@ namespace zorvik {
 
 int runZfwCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream&) {
   if (args.size() != 1) throw Fault("usage: zorvik-cli zfw FILE");
-  const std::optional<ZfwImage> image = parseZfw(readFileBytes(args[0]));
+  const std::optional<ZfwImage> image = parseZfw(readFileBounded(args[0], kZfwMaxBytes, "firmware image"));
   if (!image) throw Fault("Firmware file error! " + args[0]);
   QJsonObject o;
   o["target"] = latin1Text(image->target);

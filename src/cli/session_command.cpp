@@ -153,9 +153,7 @@ int runSessionCommand(const std::vector<std::string>& args, std::ostream& out, s
       return args[++i];
     };
     if (args[i] == "--packets") {
-      auto n = parseLeadingNumber(value("--packets"));
-      if (!n || *n < 0 || *n > 1e6) throw Fault("--packets wants a count");
-      opt.packets = static_cast<int>(*n);
+      opt.packets = wholeNumberOption("--packets", value("--packets"), 0, 1000000);
     } else if (args[i] == "--timeout") {
       auto s = parseLeadingNumber(value("--timeout"));
       if (!s || *s <= 0 || *s > 3600) throw Fault("--timeout wants seconds");

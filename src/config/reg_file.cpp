@@ -13,6 +13,7 @@
 #include "config/reg_format.h"
 #include "config/reg_parse.h"
 #include "config/registry_errors.h"
+#include "core/file_read.h"
 
 namespace zorvik {
 
@@ -48,13 +49,11 @@ void exportKey(RegistryStore& store, std::string& out, std::uint32_t root, const
   }
 }
 
+// Settings files are a few kilobytes; far beyond that is no settings file.
+constexpr size_t kRegMaxBytes = 64u << 20;
+
 std::string readBytes(const std::string& fileName) {
-  std::ifstream in(fileName, std::ios::binary);
-  if (!in) throw Fault("Cannot open the REG file \"" + fileName + "\": " + std::strerror(errno));
-  std::ostringstream s;
-  s << in.rdbuf();
-  if (in.bad()) throw Fault("Cannot read the REG file \"" + fileName + "\"");
-  return s.str();
+  return readFileBounded(fileName, kRegMaxBytes, "REG file");
 }
 
 void writeBytes(const std::string& fileName, const std::string& bytes) {

@@ -84,14 +84,15 @@ std::string mergeMultiString(const std::string& bytes) {
 
 bool RegLineReader::next(std::string& line) {
   if (pos_ >= text_.size()) return false;
-  std::size_t cr = text_.find('\r', pos_);
-  if (cr == std::string_view::npos) {
+  // CR LF, CR alone or LF alone (a file written on this system) ends a line.
+  std::size_t end = text_.find_first_of("\r\n", pos_);
+  if (end == std::string_view::npos) {
     line.assign(text_.substr(pos_));
     pos_ = text_.size();
   } else {
-    line.assign(text_.substr(pos_, cr - pos_));
-    pos_ = cr + 1;
-    if (pos_ < text_.size() && text_[pos_] == '\n') ++pos_;
+    line.assign(text_.substr(pos_, end - pos_));
+    pos_ = end + 1;
+    if (text_[end] == '\r' && pos_ < text_.size() && text_[pos_] == '\n') ++pos_;
   }
   ++line_;
   return true;

@@ -6,6 +6,7 @@
 #include <QString>
 
 #include "core/fault.h"
+#include "core/file_read.h"
 
 namespace zorvik {
 
@@ -32,20 +33,7 @@ bool isExistingFile(const std::string& path) {
 }
 
 std::string readWholeFile(const std::string& path, size_t maxBytes) {
-  QFile file(qpath(path));
-  if (!file.open(QIODevice::ReadOnly))
-    throw Fault("cannot read " + path + ": " + file.errorString().toStdString());
-  std::string bytes;
-  char buffer[65536];
-  for (;;) {
-    qint64 n = file.read(buffer, sizeof buffer);
-    if (n < 0) throw Fault("cannot read " + path + ": " + file.errorString().toStdString());
-    if (n == 0) break;
-    if (bytes.size() + static_cast<size_t>(n) > maxBytes)
-      throw Fault(path + " is too large (more than " + std::to_string(maxBytes) + " bytes)");
-    bytes.append(buffer, static_cast<size_t>(n));
-  }
-  return bytes;
+  return readFileBounded(path, maxBytes, "file");
 }
 
 }  // namespace zorvik

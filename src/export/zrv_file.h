@@ -12,8 +12,12 @@ struct ZrvContents {
 };
 
 constexpr std::string_view kZrvMagic = "zorvik";
-// Packets are at most a few hundred kilobytes; anything far beyond is not a packet file.
-constexpr size_t kZrvMaxBytes = 64u << 20;
+// The largest packet the instrument sends: 65535 samples (QS travels in two bytes) of two bytes each,
+// behind the master word and one segment word.
+constexpr size_t kMaxPacketBytes = 4 + 65535 * 2;
+// A packet or zrv file: the largest packet behind the magic, ExtraLength and an extra block of at most
+// 255 bytes. Anything longer holds no packet of this instrument.
+constexpr size_t kZrvMaxBytes = 6 + 1 + 255 + kMaxPacketBytes;
 
 // Compared with case: "Zorvik" is not the magic.
 bool hasZrvMagic(std::string_view bytes);

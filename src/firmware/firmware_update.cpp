@@ -1,8 +1,7 @@
 #include "firmware/firmware_update.h"
 
-#include <fstream>
-#include <iterator>
-
+#include "core/fault.h"
+#include "core/file_read.h"
 #include "export/dialog_filter.h"
 #include "export/file_dialogs.h"
 #include "link/class_obex.h"
@@ -12,7 +11,6 @@ namespace zorvik {
 
 namespace {
 constexpr std::string_view kZfwFilter = filterList("Zorvik firmware (*.zfw)\0*.zfw\0\0");
-constexpr size_t kMaxImageBytes = 16 << 20;  // far beyond any image; a larger file is no image
 }  // namespace
 
 FirmwareUpdate::FirmwareUpdate(DeviceContext& main, FileDialogs& dialogs, FirmwareView& view)
@@ -45,11 +43,13 @@ void FirmwareUpdate::FirmWareUpdate() {
     unload();
     return;
   }
-  std::ifstream in(path, std::ios::binary);
   std::string bytes;
-  if (in) {
-    bytes.assign(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-    if (bytes.size() > kMaxImageBytes) bytes.clear();
+  try {
+    bytes = readFileBounded(path, kZfwMaxBytes, "firmware image");
+  } catch (const Fault& e) {
+    main_.messages().show(BoxKind::Critical, title, e.what());
+    unload();
+    return;
   }
   std::optional<ZfwImage> image = parseZfw(bytes);
   // More sectors than a byte can number can't be sent.

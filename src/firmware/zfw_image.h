@@ -1,4 +1,5 @@
 #pragma once
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -15,6 +16,12 @@ struct ZfwImage {
   int32_t SectorCount = 0;
   int32_t SectorSize = 0;
 };
+
+// Sectors are the body's length divided by its count of 512-byte sectors, so each is 512 to 1023 bytes;
+// the instrument takes at most 64 of them. An image file is refused above 64 sectors of 1024 bytes,
+// which leaves the head far more room than its labels need.
+constexpr size_t kZfwMaxSectors = 64;
+constexpr size_t kZfwMaxBytes = kZfwMaxSectors * 1024;
 
 // Nothing when a label is missing, the version has no point as its second character, or the body is
 // shorter than a sector or does not divide into equal sectors.

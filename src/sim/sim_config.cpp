@@ -182,6 +182,9 @@ void applySimOptions(SimConfig& config, std::string_view text) {
   if (next.MCl > next.MCh)
     throw Fault("bad --sim clock limits: MCl " + std::to_string(next.MCl) + " is above MCh " +
                 std::to_string(next.MCh));
+  if (next.P1l > next.P1h)
+    throw Fault("bad --sim offset limits: P1l " + std::to_string(next.P1l) + " is above P1h " +
+                std::to_string(next.P1h));
   config = std::move(next);
 }
 

@@ -98,14 +98,14 @@ TEST(RegImport, NumbersAndByteLists) {
   EXPECT_EQ(parse("\"m\"=hex(7):00,01,41").bytes, "?");  // a code above 255 has no byte
 }
 
-TEST(RegImport, LinesEndAtCrLfOrCrAlone) {
-  const std::string text = "a\r\nb\rc\nd\r\n\r\ne";
+TEST(RegImport, LinesEndAtCrLfCrAloneOrLfAlone) {
+  const std::string text = "a\r\nb\rc\nd\r\n\r\ne\n\nf";
   RegLineReader file(text);
   std::string line;
   std::vector<std::string> lines;
   while (file.next(line)) lines.push_back(line);
-  EXPECT_EQ(lines, (std::vector<std::string>{"a", "b", "c\nd", "", "e"}));
-  EXPECT_EQ(file.lineNumber(), 5);
+  EXPECT_EQ(lines, (std::vector<std::string>{"a", "b", "c", "d", "", "e", "", "f"}));
+  EXPECT_EQ(file.lineNumber(), 8);
 }
 
 class RegImportFile : public ::testing::Test {
@@ -168,6 +168,12 @@ TEST_F(RegImportFile, EmptyLinesAreSkippedAndDwordsStoreText) {
   EXPECT_EQ(n->data, std::string("512\0", 4));
   EXPECT_EQ(store.getValue(HKEY_CURRENT_USER, "Dw", "e")->data, "");
   EXPECT_EQ(store.getValue(HKEY_CURRENT_USER, "Dw", "h")->type, 3u);
+}
+
+TEST_F(RegImportFile, AFileWithLfLineEndsImportsAsWithCrLf) {
+  ASSERT_FALSE(import("REGEDIT4\n\n[HKEY_CURRENT_USER\\Lf]\n\"s\"=\"x\"\n\"b\"=hex:01,\\\n  02\n"));
+  EXPECT_EQ(store.getValue(HKEY_CURRENT_USER, "Lf", "s")->data, "x");
+  EXPECT_EQ(store.getValue(HKEY_CURRENT_USER, "Lf", "b")->data, std::string("\x01\x02"));
 }
 
 }  // namespace

@@ -1,6 +1,13 @@
 #include "firmware/firmware_update.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <chrono>
+#include <thread>
 
 #include "config/config_test_util.h"
 #include "config/settings.h"
@@ -193,4 +200,35 @@ TEST(FirmwareUpdate, ARefusedImageEndsTheUpdateAndTheNextBootOffersItAgain) {
   EXPECT_TRUE(update.Updating);
   EXPECT_FALSE(view.othersEnabled);
   update.cancel();
+}
+
+TEST(FirmwareUpdate, AFifoChosenAsTheImageIsRefusedAtOnceAndEndsTheUpdate) {
+  TempDir dir;
+  const std::string fifo = dir.file("fw.zfw");
+  ASSERT_EQ(::mkfifo(fifo.c_str(), 0600), 0);
+  // Frees a reader that waits for a writer, so that a failure does not hang the run.
+  std::atomic<bool> done{false};
+  std::thread unblock([&] {
+    for (int i = 0; i < 50 && !done; ++i) std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    if (done) return;
+    const int fd = ::open(fifo.c_str(), O_WRONLY | O_NONBLOCK);
+    if (fd >= 0) ::close(fd);
+  });
+  MemorySettings settings;
+  HeadlessSession session(settings, {"rate=max,fault=boot"});
+  ScriptedFileDialogs dialogs({fifo});
+  View view;
+  FirmwareUpdate update(session.main(), dialogs, view);
+  session.control().fillRegisters(session.main().registers(), &session.trigger(), &session.run(), &update);
+  session.messages().answers = {kAnswerOk};
+  session.main().KeyConnect_Click();
+  const bool asked = HeadlessSession::spinUntil([&] { return dialogs.requests.size() == 1; }, 5000);
+  done = true;
+  unblock.join();
+  ASSERT_TRUE(asked);
+  const RecordedMessage refused = session.messages().messages.back();
+  EXPECT_EQ(refused.kind, BoxKind::Critical);
+  EXPECT_EQ(refused.text, "the firmware image \"" + fifo + "\" is not a regular file");
+  EXPECT_FALSE(update.Updating);
+  EXPECT_TRUE(view.othersEnabled);
 }

@@ -101,5 +101,11 @@ TEST(SimConfig, ClockPeriodsMustFitTheTwoByteClockRegister) {
   EXPECT_NE(faultText("MCl=900,MCh=850").find("MCl"), std::string::npos);
 }
 
+TEST(SimConfig, OffsetLimitsMustNotCross) {
+  EXPECT_EQ(parseSimConfig("P1l=5,P1h=5").P1l, 5);
+  EXPECT_NE(faultText("P1l=10,P1h=-10").find("P1l 10 is above P1h -10"), std::string::npos);
+  EXPECT_FALSE(faultText("P1l=800").empty());  // above the default P1h
+}
+
 }  // namespace
 }  // namespace zorvik
