@@ -1,6 +1,7 @@
 // The menus "Registry" (RegistryMenu) and "All setting" (Setting) of the main window.
 #include <QCoreApplication>
 #include <QDir>
+#include <QFile>
 #include <QFileDialog>
 #include <QMenuBar>
 #include <QProcess>
@@ -53,13 +54,16 @@ void mainwin::settingClick(int index) {
     std::string file;
     bool online = main_->Online();
     if (index == 0) {
-      file = QFileDialog::getSaveFileName(this, dialogTitle("File Save", kSaveSettingCategory),
-                                          QDir::currentPath(), kSettingFileDescription)
-                 .toStdString();
+      // The name as the file system's bytes, so that any name the system allows round-trips.
+      file =
+          QFile::encodeName(QFileDialog::getSaveFileName(this, dialogTitle("File Save", kSaveSettingCategory),
+                                                         QDir::currentPath(), kSettingFileDescription))
+              .toStdString();
       if (!file.empty() && file.find('.') == std::string::npos) file += ".reg";
     } else if (index == 1 && !online) {
-      file = QFileDialog::getOpenFileName(this, dialogTitle("File Open", kRestoreSettingCategory),
-                                          QDir::currentPath(), kSettingFileDescription)
+      file = QFile::encodeName(QFileDialog::getOpenFileName(this,
+                                                            dialogTitle("File Open", kRestoreSettingCategory),
+                                                            QDir::currentPath(), kSettingFileDescription))
                  .toStdString();
       if (file.empty()) return;  // a cancelled dialog ends the command without effect
     }

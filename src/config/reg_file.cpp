@@ -1,19 +1,17 @@
 #include "config/reg_file.h"
 
-#include <cerrno>
 #include <charconv>
 #include <cstdio>
 #include <cstring>
-#include <fstream>
 #include <iterator>
 #include <optional>
-#include <sstream>
 #include <vector>
 
 #include "config/reg_format.h"
 #include "config/reg_parse.h"
 #include "config/registry_errors.h"
 #include "core/file_read.h"
+#include "core/file_write.h"
 
 namespace zorvik {
 
@@ -57,12 +55,7 @@ std::string readBytes(const std::string& fileName) {
 }
 
 void writeBytes(const std::string& fileName, const std::string& bytes) {
-  std::remove(fileName.c_str());  // a file write replaces an existing file of that name
-  std::ofstream out(fileName, std::ios::binary | std::ios::trunc);
-  if (!out) throw Fault("Cannot write the file \"" + fileName + "\": " + std::strerror(errno));
-  out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-  out.close();
-  if (!out) throw Fault("Cannot write the file \"" + fileName + "\"");
+  writeFileReplacing(fileName, bytes);  // the old file stays whole until the new one is complete
 }
 
 bool isHeader(const std::string& line) {

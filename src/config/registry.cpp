@@ -5,6 +5,7 @@
 
 #include "config/reg_file.h"
 #include "config/registry_errors.h"
+#include "core/file_write.h"
 
 namespace zorvik {
 
@@ -20,7 +21,8 @@ std::string legacyMigrationFile() {
   std::error_code ec;
   std::filesystem::path dir = std::filesystem::temp_directory_path(ec);
   if (ec) dir = "/tmp";
-  return (dir / "zorvik.reg").string();
+  // A fresh name made exclusively: a link planted under a fixed name can't redirect the write.
+  return makePrivateFile(dir.string(), "zorvik-migration");
 }
 
 std::string RegGetKeyValue(RegistryStore& store, std::uint32_t root, const std::string& path,
@@ -95,11 +97,11 @@ void ResetSettings(RegistryStore& store, const std::string& settingsName) {
   RegDeleteTree(store, HKEY_CURRENT_USER, std::string("Software\\") + kCompanyName, settingsName);
 }
 
-bool MigrateLegacySettings(RegistryStore& store, const std::string& settingsName,
-                           const std::string& migrationFile) {
+bool MigrateLegacySettings(RegistryStore& store, const std::string& settingsName, std::string migrationFile) {
   const std::string legacy = std::string(kLegacySettingsPath) + "\\" + settingsName;
   try {
     if (!store.openKey(HKEY_CURRENT_USER, legacy)) return false;
+    if (migrationFile.empty()) migrationFile = legacyMigrationFile();
     // Holding the write lock throughout also keeps a second instance off the shared file.
     RegistryStore::Transaction t(store);
     if (!store.openKey(HKEY_CURRENT_USER, legacy)) return false;

@@ -16,7 +16,8 @@ constexpr const char* kLegacySettingsPath = "Software\\VB and VBA Program Settin
 std::string settingsNameFor(int instance);
 // "Software\Zorvik\<settingsName>", under HKEY_CURRENT_USER.
 std::string settingsKeyPath(const std::string& settingsName);
-// The fixed file of the migration: "zorvik.reg" in the temporary directory.
+// A new private file for the migration in the temporary directory (made only when there is something
+// to move).
 std::string legacyMigrationFile();
 
 // A type 1 value's text; the default for a missing key or value, another type, an empty text, or a
@@ -47,8 +48,9 @@ bool LoadAllSettings(RegistryStore& store, const std::string& fileName);
 void ResetSettings(RegistryStore& store, const std::string& settingsName);
 
 // Moves the tree of earlier versions into the present location through a REG file, all in one
-// transaction. Silent: any failure leaves the store as it was and returns false; true when moved.
+// transaction, through `migrationFile` or else a new private file. Silent: any failure leaves the store as it
+// was and returns false; true when moved.
 bool MigrateLegacySettings(RegistryStore& store, const std::string& settingsName,
-                           const std::string& migrationFile = legacyMigrationFile());
+                           std::string migrationFile = {});
 
 }  // namespace zorvik

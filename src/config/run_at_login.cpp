@@ -6,6 +6,7 @@
 
 #include "config/xdg_paths.h"
 #include "core/fault.h"
+#include "core/file_write.h"
 
 namespace zorvik {
 
@@ -52,12 +53,8 @@ void SetRunAtLogin(const std::string& name, const std::string& commandLine) {
   std::filesystem::path file = autostartFile(name);
   std::error_code ec;
   std::filesystem::create_directories(file.parent_path(), ec);
-  std::filesystem::remove(file, ec);
-  std::ofstream out(file, std::ios::binary | std::ios::trunc);
-  out << "[Desktop Entry]\nType=Application\nName=" << name << "\nExec=" << commandLine
-      << "\nX-GNOME-Autostart-enabled=true\n";
-  out.close();
-  if (!out) throw Fault("Cannot write the autostart entry \"" + file.string() + "\"");
+  writeFileReplacing(file.string(), "[Desktop Entry]\nType=Application\nName=" + name +
+                                        "\nExec=" + commandLine + "\nX-GNOME-Autostart-enabled=true\n");
 }
 
 void ClearRunAtLogin(const std::string& name) {

@@ -1,9 +1,10 @@
 #include "export/display_pictures.h"
 
+#include <QBuffer>
 #include <QPainter>
-#include <filesystem>
 
 #include "core/fault.h"
+#include "core/file_write.h"
 #include "display/label_painter.h"
 #include "display/scope_display.h"
 #include "export/acquisition_hold.h"
@@ -21,19 +22,14 @@ constexpr std::string_view kBmpFilter = filterList("Windows or OS/2 bitmap (*.bm
 constexpr std::string_view kJpegFilter = filterList("JPEG - JFIF Compliant (*.jpg)\0*.jpg\0\0");
 constexpr std::string_view kGifFilter = filterList("Graphics Interchange Format (*.gif)\0*.gif\0\0");
 
-// A BMP through a temporary file and a rename, so that a failure leaves an earlier picture whole.
+// A BMP encoded in memory and written by the shared writer, so that a failure leaves an earlier picture
+// whole.
 void writeBmp(const QImage& picture, const std::string& path) {
-  const std::string temporary = path + ".tmp";
-  std::error_code ec;
-  if (!picture.save(QString::fromStdString(temporary), "BMP")) {
-    std::filesystem::remove(temporary, ec);
-    throw Fault("Cannot write the picture " + path);
-  }
-  std::filesystem::rename(temporary, path, ec);
-  if (ec) {
-    std::filesystem::remove(temporary, ec);
-    throw Fault("Cannot write the picture " + path);
-  }
+  QByteArray bytes;
+  QBuffer buffer(&bytes);
+  buffer.open(QIODevice::WriteOnly);
+  if (!picture.save(&buffer, "BMP")) throw Fault("Cannot encode the picture " + path);
+  writeFileReplacing(path, std::string_view(bytes.constData(), static_cast<size_t>(bytes.size())));
 }
 
 }  // namespace

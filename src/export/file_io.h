@@ -3,15 +3,11 @@
 #include <string>
 #include <string_view>
 
+#include "core/file_write.h"
+
 namespace zorvik {
 
-// Paths are UTF-8 byte strings, as the dialogs and the command line give them.
-
-// Writes the whole file through a temporary file beside it and one rename, so that the old file stays
-// as it was until the new one is complete: a failure anywhere leaves an earlier file intact, and a
-// shorter file never keeps old bytes. Fault with the reason when it can't be done (also for an empty
-// name, a missing folder, or an existing file that may not be written).
-void writeFileReplacing(const std::string& path, std::string_view bytes);
+// Paths are byte strings, handed to the system unchanged.
 
 // True for a regular file (links followed); false for a folder, a device or nothing at all.
 bool isExistingFile(const std::string& path);

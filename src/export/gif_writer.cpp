@@ -1,11 +1,10 @@
 #include "export/gif_writer.h"
 
 #include <cstdio>
-#include <filesystem>
-#include <fstream>
 #include <unordered_map>
 
 #include "core/fault.h"
+#include "core/file_write.h"
 
 namespace zorvik {
 
@@ -30,11 +29,7 @@ std::string digits(int index) {
 }
 
 void writeFile(const std::string& path, const std::string& bytes) {
-  std::error_code ec;
-  std::filesystem::remove(path, ec);  // an existing file goes first, whatever follows
-  std::ofstream out(path, std::ios::binary);
-  out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-  if (!out) throw Fault("Cannot write the picture " + path);
+  writeFileReplacing(path, bytes);
 }
 
 }  // namespace

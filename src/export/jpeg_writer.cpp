@@ -3,13 +3,14 @@
 #include <QImage>
 #include <csetjmp>
 #include <cstdio>
-#include <filesystem>
+#include <cstdlib>
 #include <vector>
 
 // libjpeg's header needs FILE and size_t before it.
 #include <jpeglib.h>
 
 #include "core/fault.h"
+#include "core/file_write.h"
 
 namespace zorvik {
 
@@ -29,7 +30,8 @@ void onError(j_common_ptr info) {
 
 // The encoder proper; false with the library's message on failure. No C++ object with a destructor lives
 // across the jump.
-bool encode(FILE* out, const QImage& rgb, const std::string& comment, int quality, ErrorManager& err) {
+bool encode(unsigned char** out, unsigned long* size, const QImage& rgb, const std::string& comment,
+            int quality, ErrorManager& err) {
   jpeg_compress_struct c;
   c.err = jpeg_std_error(&err.base);
   err.base.error_exit = onError;
@@ -38,7 +40,7 @@ bool encode(FILE* out, const QImage& rgb, const std::string& comment, int qualit
     return false;
   }
   jpeg_create_compress(&c);
-  jpeg_stdio_dest(&c, out);
+  jpeg_mem_dest(&c, out, size);
   c.image_width = static_cast<JDIMENSION>(rgb.width());
   c.image_height = static_cast<JDIMENSION>(rgb.height());
   c.input_components = 3;
@@ -67,22 +69,16 @@ void writeJpeg(const QImage& image, const std::string& path, const std::string& 
   if (image.isNull() || image.width() < 1 || image.height() < 1)
     throw Fault("No picture to write to " + path);
   const QImage rgb = image.convertToFormat(QImage::Format_RGB888);
-  const std::string temporary = path + ".tmp";
-  FILE* out = std::fopen(temporary.c_str(), "wb");
-  if (!out) throw Fault("Cannot write the picture " + path);
+  // Encoded in memory, then written as one file by the shared writer.
+  unsigned char* encoded = nullptr;
+  unsigned long size = 0;
   ErrorManager err{};
-  const bool ok = encode(out, rgb, comment, quality, err);
-  const bool closed = std::fclose(out) == 0;
-  std::error_code ec;
-  if (!ok || !closed) {
-    std::filesystem::remove(temporary, ec);
-    throw Fault("Cannot write the picture " + path + (ok ? std::string() : ": " + std::string(err.message)));
-  }
-  std::filesystem::rename(temporary, path, ec);
-  if (ec) {
-    std::filesystem::remove(temporary, ec);
-    throw Fault("Cannot write the picture " + path);
-  }
+  const bool ok = encode(&encoded, &size, rgb, comment, quality, err);
+  std::string bytes;
+  if (ok && encoded) bytes.assign(reinterpret_cast<const char*>(encoded), size);
+  std::free(encoded);
+  if (!ok) throw Fault("Cannot write the picture " + path + ": " + std::string(err.message));
+  writeFileReplacing(path, bytes);
 }
 
 }  // namespace zorvik
