@@ -144,15 +144,18 @@ void AniGIF::image(std::string& out, const QImage& picture) {
         prefix = std::move(text);
         continue;
       }
-      // The count is taken before a reset: the text that filled the table is still added, as 511, and
-      // the pending code follows the clear code. Decoders have always read the files made so.
       const int count = static_cast<int>(table.size());
+      // A full table: the pending code, still one of the old table, goes before the clear code, and the
+      // row goes on as from its start with this pixel. A decoder has then just made its entry 510 and
+      // reads every later code in 9 bits from its emptied table.
       if (count == 253) {
-        table.clear();
+        putCode(out, current);
         putCode(out, 256);
+        table.clear();
+      } else {
+        table.emplace(std::move(text), 258 + count);
+        putCode(out, current);
       }
-      table.emplace(std::move(text), 258 + count);
-      putCode(out, current);
       prefix = d;
       current = index(x);
     }
