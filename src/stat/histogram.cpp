@@ -70,4 +70,14 @@ std::string histogramQuantity(double count, int32_t samples, bool percent) {
   return buf;
 }
 
+std::string histogramCsvText(const HistogramEngine& h) {
+  std::string out;
+  for (int32_t c : h.HistCount) {
+    if (c >= 0) out += ' ';
+    out += std::to_string(c);
+    out += '\r';
+  }
+  return out;
+}
+
 }  // namespace zorvik

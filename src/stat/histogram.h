@@ -42,5 +42,8 @@ double histogramLevel(const HistogramEngine& h, int bin);
 // A count as the axis and the markers show it: whole samples ("12 smp"), or percent of the record with
 // the picture "00.0".
 std::string histogramQuantity(double count, int32_t samples, bool percent);
+// The CSV of the 256 counts, bins 0 to 255: each count with the blank of its sign place, then CR, as the
+// packet CSV writes its values. The window's file and zorvik-cli histogram both write this text.
+std::string histogramCsvText(const HistogramEngine& h);
 
 }  // namespace zorvik

@@ -128,13 +128,7 @@ void Stat::PlotHistogram() {
 void Stat::SaveToCSV() {
   guarded([this] {
     const HistogramEngine& h = stage_.engine();
-    files_.saveCsv(
-        [&h] {
-          std::string out;
-          for (int32_t c : h.HistCount) out += std::to_string(c) + '\r';
-          return out;
-        },
-        "Last hystogramm data saved:");
+    files_.saveCsv([&h] { return histogramCsvText(h); }, "Last hystogramm data saved:");
   });
 }
 

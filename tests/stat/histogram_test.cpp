@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 
 using namespace zorvik;
@@ -81,4 +82,15 @@ TEST(Histogram, ScaleModeAndQuantities) {
   EXPECT_EQ(histogramQuantity(13, 130, true), "10.0%");
   EXPECT_EQ(histogramQuantity(1, 130, true), "00.8%");
   EXPECT_EQ(histogramQuantity(5, 0, true), "00.0%");  // an empty record has no percent
+}
+
+// The file of the Stat window and of zorvik-cli histogram: 256 lines, each count behind its sign blank.
+TEST(Histogram, CsvHasEveryBinWithItsLeadingBlank) {
+  HistogramEngine h;
+  h.BuildHistogram(input(std::string(3, static_cast<char>(0)) + std::string(12, static_cast<char>(255))));
+  const std::string csv = histogramCsvText(h);
+  EXPECT_EQ(csv.substr(0, 6), " 3\r 0\r");
+  EXPECT_EQ(csv.substr(csv.size() - 7), " 0\r 12\r");
+  EXPECT_EQ(std::count(csv.begin(), csv.end(), '\r'), 256);
+  EXPECT_EQ(csv.find('\n'), std::string::npos);
 }
