@@ -3,12 +3,17 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QRadioButton>
+#include <QTemporaryDir>
 #include <QtTest>
 
+#include "core/recording_sink.h"
+#include "export/packet_files.h"
+#include "export/scripted_file_dialogs.h"
 #include "measure/main_meter_window.h"
 #include "measure/thd_window.h"
 #include "spectrum/spectrum_stage.h"
 #include "spectrum/spectrum_window.h"
+#include "stat/stat_stage.h"
 #include "stat/stat_window.h"
 #include "window_fixture.h"
 
@@ -118,6 +123,31 @@ class SpectrumTest : public QObject {
     item->trigger();
     QVERIFY(!stat->isVisible());
     QCOMPARE(settings_.GetSettingValue("Stat", "Visible", ""), std::string("False"));
+  }
+
+  // The window's CSV writes each count with its leading blank, as the packet CSV does.
+  void statCsvHasTheLeadingBlanks() {
+    QTemporaryDir dir;
+    const std::string path = dir.filePath("h.csv").toStdString();
+    RecordingSink sink;
+    MainView view;
+    MainController main(settings_, sink, view);
+    ScriptedFileDialogs dialogs({path});
+    PacketFiles files(main, dialogs);
+    StatStage stage([] { return StatStage::Scale{}; });
+    stage.visible = [] { return true; };
+    const std::string samples = std::string(3, '\x00') + std::string(5, '\x07');
+    stage.stat(SegmentData{samples});
+    Stat stat(settings_, stage, files);
+    QAction* save = stat.findChild<QAction*>("SaveToCSV");
+    QVERIFY(save);
+    save->trigger();
+    QFile file(QString::fromStdString(path));
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QByteArray csv = file.readAll();
+    QVERIFY2(csv.startsWith(" 3\r 0\r 0\r 0\r 0\r 0\r 0\r 5\r 0\r"), csv.left(40).constData());
+    QCOMPARE(csv.count('\r'), 257);  // 256 counts, then the closing CR LF
+    QVERIFY(csv.endsWith(" 0\r\r\n"));
   }
 
   void anOpenSpectrumComesBackAtStart() {
