@@ -3,6 +3,8 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <cctype>
+
 #include "core/fault.h"
 #include "core/file_read.h"
 #include "export/zrv_file.h"
@@ -12,7 +14,13 @@
 namespace zorvik {
 
 std::string readPacketBytes(const std::string& path) {
-  return readFileBounded(path, kZrvMaxBytes, "packet file");
+  std::string bytes = readFileBounded(path, kZrvMaxBytes, "packet file");
+  // A raw packet keeps any other name; under the packet file's own extension the magic must be there, as
+  // the window's restore asks.
+  std::string extension = path.size() >= 4 ? path.substr(path.size() - 4) : std::string();
+  for (char& c : extension) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+  if (extension == ".zrv" && !hasZrvMagic(bytes)) throw Fault("This is not zorvik file: " + path);
+  return bytes;
 }
 
 PacketInfo requirePacket(const std::string& path, std::string_view packet) {

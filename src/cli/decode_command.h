@@ -11,7 +11,8 @@ namespace zorvik {
 // zorvik-cli decode FILE: a raw packet or a zrv file (by its magic) as one JSON object.
 int runDecodeCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
 
-// The bytes of a packet or zrv file; Fault when it can't be read or is longer than any such file.
+// The bytes of a packet or zrv file; Fault when it can't be read or is longer than any such file, and
+// "This is not zorvik file" when a name ending in ".zrv" lacks the magic.
 std::string readPacketBytes(const std::string& path);
 
 // The packet decoded; Fault naming the file when it is too short to be one (the window ignores it).

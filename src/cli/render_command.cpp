@@ -3,13 +3,10 @@
 #include <QBuffer>
 #include <QGuiApplication>
 #include <QImage>
-#include <QPainter>
 
 #include "cli/display_command.h"
-#include "control/channel_control.h"
+#include "cli/headless_picture.h"
 #include "core/fault.h"
-#include "display/label_painter.h"
-#include "display/view_zoom.h"
 #include "export/file_io.h"
 #include "session/command_line.h"
 
@@ -59,39 +56,15 @@ std::string pngBytes(const QImage& image) {
 }
 
 int render(const RenderArgs& a) {
-  std::vector<PacketFile> packets;
-  for (const std::string& file : a.files) packets.push_back(readPacketFile(file));
+  const std::vector<PacketFile> packets = readPacketFiles(a.files);
   if (a.labels && !qobject_cast<QGuiApplication*>(QCoreApplication::instance()))
     throw Fault("--labels needs the GUI application object");
 
   HeadlessDisplay rig(a.display);
-  {
-    // The vertical labels follow the zoom as in the window: the channel's zoom scale at the view's
-    // middle gives the volts a division and the centre shown.
-    ChannelControl channel(rig.main());
-    channel.setVertZoom(a.display.vZoom, 0, ViewZoom::kMin, ViewZoom::kMax);
-    PlotInputs& in = rig.display().inputs();
-    in.voltPerDiv = channel.model().ZoomVoltPerDiv;
-    in.voltOffset = channel.model().ZoomCentre;
-    rig.display().refreshVertical();
-  }
+  zoomVertically(rig, a.display.vZoom);
   for (int r = 0; r < a.repeat; ++r)
-    for (const PacketFile& p : packets)
-      rig.packet(p.bytes, a.display.samplesPerDiv.value_or(p.samplesPerDiv.value_or(16)));
-
-  ScopeDisplay& display = rig.display();
-  const MainState& state = rig.main().state();
-  QImage picture = display.canvas().image().copy();
-  if (a.labels) {
-    DisplayLabels labels = display.labels();
-    labels.ModeTransparant = state.modeText;
-    labels.modeColor = state.modeColor;
-    labels.RISmodeTransparant = state.risVisible ? state.risCaption : std::string();
-    labels.noTrigger = state.noTriggerVisible;
-    QPainter painter(&picture);
-    paintLabels(painter, labels, display.settings(), display.canvas().geometry());
-  }
-  writeFileReplacing(a.png, pngBytes(picture));
+    for (const PacketFile& p : packets) playPacket(rig, p, a.display);
+  writeFileReplacing(a.png, pngBytes(headlessPicture(rig, a.labels)));
   return 0;
 }
 

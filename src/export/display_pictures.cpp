@@ -34,6 +34,23 @@ void writeBmp(const QImage& picture, const std::string& path) {
 
 }  // namespace
 
+void writePictureFile(PictureTarget target, const QImage& picture, const std::string& path,
+                      const char* jpegComment, bool gifTransparent, uint32_t transparentColor) {
+  switch (target) {
+    case PictureTarget::Bmp:
+      return writeBmp(picture, path);
+    case PictureTarget::Gif:
+      return AniGIF().SaveGIF(picture, path, gifTransparent,
+                              gifTransparent ? transparentColor : AniGIF::kNoTransparent);
+    case PictureTarget::Jpeg:
+      return writeJpeg(picture, path, jpegComment, kJpegQuality);
+    case PictureTarget::Clipboard:
+    case PictureTarget::Wallpaper:
+      break;
+  }
+  throw Fault("No picture file for that target: " + path);
+}
+
 std::string autoPictureName(uint32_t tickMs, const char* extension) {
   return std::to_string(tickMs) + "." + extension;
 }
@@ -83,17 +100,11 @@ void DisplayPictures::save(PictureTarget target, const std::function<QImage()>& 
         return;
       }
       std::string text = std::string(texts.savedText) + "\r\n" + path;
-      const char* key = texts.bmpKey;
-      if (target == PictureTarget::Bmp) {
-        writeBmp(picture(), path);
-      } else if (target == PictureTarget::Jpeg) {
-        writeJpeg(picture(), path, texts.jpegComment, kJpegQuality);
-        key = texts.jpgKey;
-      } else {
-        const QImage image = picture();
-        const uint32_t started = main_.tickMs();
-        AniGIF().SaveGIF(image, path, gifTransparent_,
-                         gifTransparent_ ? gifBackground_ : AniGIF::kNoTransparent);
+      const char* key = target == PictureTarget::Bmp ? texts.bmpKey : texts.jpgKey;
+      const QImage image = picture();
+      const uint32_t started = main_.tickMs();
+      writePictureFile(target, image, path, texts.jpegComment, gifTransparent_, gifBackground_);
+      if (target == PictureTarget::Gif) {
         text += "\r\ntime = " + std::string(" ") + std::to_string(main_.tickMs() - started) + " ms";
         key = texts.gifKey;
       }

@@ -40,6 +40,12 @@ constexpr const char* kWallpaperFile = "wallpaper.bmp";
 // pictures taken in a row get rising names.
 std::string autoPictureName(uint32_t tickMs, const char* extension);
 
+// A BMP, GIF or JPEG file of the picture as the picture commands write it: the JPEG with `jpegComment` and
+// quality 80; the GIF with its own palette, as GIF89a with `transparentColor` clear when `gifTransparent`.
+// Fault when it can't be written; an earlier file of that name then stays as it was.
+void writePictureFile(PictureTarget target, const QImage& picture, const std::string& path,
+                      const char* jpegComment, bool gifTransparent, uint32_t transparentColor);
+
 // What the display shows: its surface, with the labels over it when asked.
 QImage displayPicture(const ScopeDisplay& display, const DisplayLabels& labels, bool withLabels);
 
