@@ -1,5 +1,6 @@
 // zorvik: the oscilloscope window.
 #include <QApplication>
+#include <QIcon>
 #include <QMessageBox>
 #include <iostream>
 #include <memory>
@@ -17,7 +18,16 @@
 #include "sim/simulated_obex.h"
 
 int main(int argc, char** argv) {
+  // Help and version need no display: they are answered before Qt looks for one.
+  if (auto request = zorvik::infoRequest({argv + 1, argv + argc}); request != zorvik::InfoRequest::None) {
+    std::cout << (request == zorvik::InfoRequest::Help ? zorvik::guiUsage()
+                                                       : "zorvik " + zorvik::programVersion() + "\n");
+    return 0;
+  }
   QApplication app(argc, argv);
+  // The installed desktop entry and icon go by this id; Wayland shells match the window to them by it.
+  QApplication::setDesktopFileName("org.zorvik.Zorvik");
+  QApplication::setWindowIcon(QIcon::fromTheme("org.zorvik.Zorvik"));
   std::vector<std::string> args(argv + 1, argv + argc);
   zorvik::CommandLine commandLine;
   zorvik::SimConfig simConfig;
@@ -56,6 +66,6 @@ int main(int argc, char** argv) {
   zorvik::mainwin window(*settings, identity, std::move(link), commandLine);
   window.setRegistry(store.get(), settings->cpuMHz());
   window.show();
-  window.restoreDefaultPacket();
+  window.restoreDefaultPacket(commandLine.packetFile);
   return app.exec();
 }

@@ -411,6 +411,9 @@ void mainwin::buildPanel() {
   FPSlabel->setObjectName("FPSlabel");
   sessionLabel_ = new QLabel;
   statusBar()->addWidget(sessionLabel_);
+  recorderLabel_ = new QLabel;
+  recorderLabel_->setObjectName("RecorderProgress");
+  statusBar()->addWidget(recorderLabel_);
   statusBar()->addPermanentWidget(FPSlabel);
 }
 
@@ -438,6 +441,7 @@ void mainwin::stateChanged() {
   display_->showState(s);
   FPSlabel->setText(s.fps > 0 ? QString("%1 fps").arg(s.fps) : QString());
   sessionLabel_->setText(QString("Session: %1").arg(sessionStateName(main_->sessionState())));
+  recorderLabel_->setText(QString::fromStdString(session_->recorder().progressText()));
   for (DeviceSettingPage* page : {ch1Page_, samplingPage_, memoryPage_, clockPage_, trigPage_})
     if (page && page->isVisible()) page->refresh(s);
   if (devicePage_) {
@@ -447,8 +451,8 @@ void mainwin::stateChanged() {
   }
 }
 
-void mainwin::restoreDefaultPacket() {
-  zorvik::restoreDefaultPacket(*main_);
+void mainwin::restoreDefaultPacket(const std::string& namedFile) {
+  zorvik::restoreDefaultPacket(*main_, namedFile);
 }
 
 void mainwin::clearDisplay() {
@@ -508,6 +512,7 @@ void mainwin::buildAnimationMenu(QMenu* file) {
         if (!ok) return;
       }
       recorder_->start(frames);
+      stateChanged();  // the status bar shows the frames to come
     });
     a->setObjectName(QString("StartAnimatedRec_%1").arg(i));
   }

@@ -61,7 +61,7 @@ class mainwin : public QMainWindow, private MainView {
 
   MainController& core() { return *main_; }
   // The last step of start-up: default.zrv of the start directory on the screen.
-  void restoreDefaultPacket();
+  void restoreDefaultPacket(const std::string& namedFile = {});
   // The store behind the settings (null when running on defaults) for the Registry menu.
   void setRegistry(RegistryStore* store, int cpuMHz);
   QtMessageSink& messages() { return sink_; }
@@ -174,6 +174,7 @@ class mainwin : public QMainWindow, private MainView {
   QAction* LinkControl = nullptr;
   QLabel* FPSlabel = nullptr;
   QLabel* sessionLabel_ = nullptr;
+  QLabel* recorderLabel_ = nullptr;  // the frames an animation still waits for
 };
 
 template <typename F>

@@ -5,10 +5,12 @@
 #include <algorithm>
 #include <chrono>
 #include <cmath>
+#include <iostream>
 #include <numeric>
 
 #include "cli/display_command.h"
 #include "core/fault.h"
+#include "core/progress_line.h"
 #include "session/command_line.h"
 #include "sim/packet_builder.h"
 #include "sim/sim_config.h"
@@ -83,10 +85,12 @@ QJsonObject bench(const BenchArgs& b) {
   for (int i = 0; i < kWarmUp; ++i) play(i);
 
   std::vector<double> micros(static_cast<size_t>(b.packets));
+  ProgressLine progress(std::cerr, ProgressLine::stderrIsTerminal(), "packets", b.packets);
   for (int i = 0; i < b.packets; ++i) {
     const auto t0 = std::chrono::steady_clock::now();
     play(i);
     const auto t1 = std::chrono::steady_clock::now();
+    progress.step(i + 1);  // outside the timed part
     micros[static_cast<size_t>(i)] = std::chrono::duration<double, std::micro>(t1 - t0).count();
   }
   const double mean = std::accumulate(micros.begin(), micros.end(), 0.0) / static_cast<double>(micros.size());

@@ -14,6 +14,7 @@
 #include "config/registry_store.h"
 #include "config/text_number.h"
 #include "core/fault.h"
+#include "core/progress_line.h"
 #include "export/csv_text.h"
 #include "export/file_io.h"
 #include "export/packet_files.h"
@@ -102,7 +103,9 @@ int simulate(const SimRun& run, std::ostream& out, std::ostream& err) {
   QJsonArray files;
   std::string error = ready ? "" : "the session did not reach Ready";
   main.setPacketCount(0);
+  ProgressLine progress(err, ProgressLine::stderrIsTerminal(), "packets", run.packets);
   for (int n = 1; ready && n <= run.packets; ++n) {
+    progress.step(n);
     session.link().SendCommand("D", true, true);
     if (!HeadlessSession::spinUntil([&] { return main.PacketCount() >= n || !main.Online(); }, left()) ||
         main.PacketCount() < n) {

@@ -36,6 +36,14 @@ void AnimationRecorder::recordFrame(int frameIntervalMs) {
   next().recordFrame(frameIntervalMs);
 }
 
+std::string AnimationRecorder::progressText() const {
+  if (!AnimRecording) return {};
+  if (ring)
+    return "Recording (ring): frame " + std::to_string(AnimFrame + 1) + " of " + std::to_string(AnimFrames);
+  const int left = AnimFrames - AnimFrame;
+  return "Recording: " + std::to_string(left) + (left == 1 ? " frame" : " frames") + " to come";
+}
+
 void AnimationRecorder::complete(int lastIndex) {
   if (lastIndex < 0) return;
   std::vector<AniGIF::Frame> out(frames_.begin(),

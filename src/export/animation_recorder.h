@@ -1,6 +1,7 @@
 #pragma once
 #include <QImage>
 #include <functional>
+#include <string>
 #include <vector>
 
 #include "export/gif_writer.h"
@@ -24,6 +25,8 @@ class AnimationRecorder : public ChainedStages {
   void stop();
   bool recording() const { return AnimRecording; }
   int frame() const { return AnimFrame; }
+  // For the status bar: the frames still to come (ring mode: the lap's frame), empty when not recording.
+  std::string progressText() const;
 
   void recordFrame(int frameIntervalMs) override;
 

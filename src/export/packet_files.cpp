@@ -68,9 +68,11 @@ void RestorePacketFile(DeviceContext& main, const std::string& path) {
   main.ProcessPacket(contents->packet);
 }
 
-void restoreDefaultPacket(DeviceContext& main) {
+void restoreDefaultPacket(DeviceContext& main, const std::string& namedFile) {
   try {
-    RestorePacketFile(main, kDefaultPacketFile);
+    if (!namedFile.empty() && !isExistingFile(namedFile))
+      readWholeFile(namedFile, kZrvMaxBytes);  // the reason
+    RestorePacketFile(main, namedFile.empty() ? kDefaultPacketFile : namedFile);
   } catch (const std::exception& e) {
     main.messages().show(BoxKind::Critical, main.identity().InstanceTitle, e.what());
   }

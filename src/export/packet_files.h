@@ -56,7 +56,8 @@ void RestorePacketFile(DeviceContext& main, const std::string& path);
 
 // The end of start-up: "default.zrv" of the working directory, if there is one, becomes the first picture.
 // Start-up is its own event boundary: a file that can't be read gives the critical box and start-up goes on.
-void restoreDefaultPacket(DeviceContext& main);
+// A file named on the command line takes its place; asked for by name, a file that can't be read is said.
+void restoreDefaultPacket(DeviceContext& main, const std::string& namedFile = {});
 
 // LastPacket and SamplesPerDiv as SaveLastPacket2binary writes them, without dialog or box (zorvik-cli).
 void saveLastPacketTo(DeviceContext& main, const std::string& path);

@@ -23,11 +23,42 @@ CommandLine parseCommandLine(const std::vector<std::string>& args) {
       cl.dev = true;
     } else if (args[i].rfind("-", 0) == 0) {
       throw Fault("unknown option: " + args[i]);
+    } else if (args[i].find_first_of("./") != std::string::npos) {
+      // The instance words are plain; a name with a dot or a slash is a file, as a file manager passes it.
+      if (!cl.packetFile.empty()) throw Fault("one packet file at a time: " + args[i]);
+      cl.packetFile = args[i];
     } else {
       cl.words.push_back(args[i]);
     }
   }
   return cl;
+}
+
+InfoRequest infoRequest(const std::vector<std::string>& args) {
+  for (const std::string& a : args) {
+    if (a == "--help" || a == "-h") return InfoRequest::Help;
+    if (a == "--version") return InfoRequest::Version;
+  }
+  return InfoRequest::None;
+}
+
+std::string programVersion() {
+  return std::to_string(ZORVIK_VERSION_MAJOR) + "." + std::to_string(ZORVIK_VERSION_MINOR) + "." +
+         std::to_string(ZORVIK_VERSION_PATCH);
+}
+
+std::string guiUsage() {
+  return "usage: zorvik [first] [reset] [--sim KEY=VALUE,...] [--dev] [FILE.zrv]\n"
+         "The Zorvik oscilloscope: the window of a one-channel USB oscilloscope, here on its simulated\n"
+         "instrument.\n"
+         "  first                this process is the first instance even while another runs\n"
+         "  reset                this instance's settings back to their defaults before the start\n"
+         "  --sim KEY=VALUE,...  the simulated instrument (signal, freq, amplitude, offset, noise,\n"
+         "                       fault, ...; repeatable)\n"
+         "  --dev                the developer's plot speed test (key T)\n"
+         "  FILE.zrv             a packet file shown at the start instead of default.zrv\n"
+         "  -h, --help           this text\n"
+         "  --version            the version\n";
 }
 
 SettingAssignment parseSettingAssignment(const std::string& text) {

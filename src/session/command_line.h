@@ -9,11 +9,21 @@ struct CommandLine {
   std::vector<std::string> words;       // "first", "reset" and any other plain word
   std::vector<std::string> simOptions;  // each --sim value, applied in order
   std::vector<std::string> sets;        // --set SECTION/NAME=VALUE
+  std::string packetFile;               // a packet file to show at start (a word with a '.' or a '/')
   bool dev = false;
 };
 
 // Throws Fault for an unknown option or one missing its value.
 CommandLine parseCommandLine(const std::vector<std::string>& args);
+
+// --help/-h or --version among a program's arguments, whichever comes first; the program prints the
+// text and exits 0 without doing anything else (zorvik answers before it looks for a display).
+enum class InfoRequest { None, Help, Version };
+InfoRequest infoRequest(const std::vector<std::string>& args);
+// "0.1.0": what both programs print behind their name for --version.
+std::string programVersion();
+// What `zorvik --help` prints.
+std::string guiUsage();
 
 // SECTION/NAME=VALUE split at the first '/' and the first '=' after it; Fault when malformed.
 struct SettingAssignment {

@@ -24,8 +24,14 @@ TEST(AnimationRecorder, FramesTimedByTheNextPacketUntilTheCount) {
   Rig rig;
   rig.r.recordFrame(10);  // not recording: nothing kept
   EXPECT_EQ(rig.captured, 0);
+  EXPECT_EQ(rig.r.progressText(), "");
   rig.r.start(3);
-  for (int ms : {40, 50, 60}) rig.r.recordFrame(ms);
+  EXPECT_EQ(rig.r.progressText(), "Recording: 3 frames to come");
+  rig.r.recordFrame(40);
+  rig.r.recordFrame(50);
+  EXPECT_EQ(rig.r.progressText(), "Recording: 1 frame to come");
+  rig.r.recordFrame(60);
+  EXPECT_EQ(rig.r.progressText(), "");
   EXPECT_FALSE(rig.r.recording());
   ASSERT_EQ(rig.saved.size(), 1u);
   ASSERT_EQ(rig.saved[0].size(), 3u);
@@ -45,6 +51,7 @@ TEST(AnimationRecorder, RingModeRunsUntilStopped) {
   EXPECT_TRUE(rig.r.recording());
   EXPECT_TRUE(rig.saved.empty());
   EXPECT_EQ(rig.r.frame(), 1);
+  EXPECT_EQ(rig.r.progressText(), "Recording (ring): frame 2 of 2");
   rig.r.stop();  // the frames below the present index are saved
   ASSERT_EQ(rig.saved.size(), 1u);
   EXPECT_EQ(rig.saved[0].size(), 1u);

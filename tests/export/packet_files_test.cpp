@@ -213,3 +213,15 @@ TEST_F(PacketFilesTest, DefaultPacketOfTheStartDirectoryIsRestored) {
   EXPECT_EQ(main.LastPacket(), kPacket);
   EXPECT_EQ(main.scale().SamplesPerDiv, 8);
 }
+
+TEST_F(PacketFilesTest, APacketFileNamedAtStartTakesThePlaceOfTheDefault) {
+  writeFile(dir.file("named.zrv"), "zorvik\x01\x04"s + kPacket);
+  restoreDefaultPacket(main, dir.file("named.zrv"));
+  EXPECT_EQ(main.LastPacket(), kPacket);
+  EXPECT_EQ(main.scale().SamplesPerDiv, 4);
+  EXPECT_TRUE(sink.messages.empty());
+  restoreDefaultPacket(main, dir.file("missing.zrv"));  // asked for by name: its absence is told
+  ASSERT_EQ(sink.messages.size(), 1u);
+  EXPECT_NE(sink.messages[0].text.find("missing.zrv"), std::string::npos);
+  EXPECT_EQ(main.LastPacket(), kPacket);
+}

@@ -1,3 +1,4 @@
+#include <QLabel>
 #include <QMenuBar>
 #include <QtTest>
 
@@ -91,6 +92,9 @@ class MetersTest : public QObject {
     QTest::keyClick(w.get(), Qt::Key_B);
     QTest::keyClick(w.get(), Qt::Key_W);
     QCOMPARE(w->findChildren<QWidget*>("memowin").size(), 1);
+    QTest::keyClick(w.get(), Qt::Key_B);
+    QTest::keyClick(w.get(), Qt::Key_R);  // the recorder, 5 frames: the status bar counts them down
+    QCOMPARE(w->findChild<QLabel*>("RecorderProgress")->text(), QString("Recording: 5 frames to come"));
   }
 };
 
