@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Installs what is missing, builds, and runs every test: the normal build (unit, widget and CLI tests),
-# the core tests again under ASan+UBSan, and a short run of each libFuzzer target.
+# its Debian package and the desktop's checks of it, the core tests again under ASan+UBSan, and a short
+# run of each libFuzzer target.
 set -euo pipefail
 cd "$(dirname "$0")"
 bash scripts/deps.sh
@@ -16,6 +17,11 @@ cmake -S . -B build -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
 cmake --build build -j "$JOBS"
 echo "== tests =="
 (cd build && QT_QPA_PLATFORM=offscreen ctest --output-on-failure -j "$JOBS")
+
+echo "== package =="
+rm -f build/zorvik_*.deb
+(cd build && cpack -G DEB >/dev/null)
+bash data/desktop/check_package.sh build
 
 echo "== core tests under ASan+UBSan =="
 cmake -S . -B build-asan -G Ninja -DCMAKE_BUILD_TYPE=Debug -DZORVIK_SANITIZE=ON -DZORVIK_GUI=OFF -DZORVIK_BENCH=OFF >/dev/null

@@ -4,7 +4,8 @@
 set -euo pipefail
 PKGS=(cmake ninja-build g++ pkg-config qt6-base-dev qt6-base-dev-tools libgl-dev
       libgtest-dev libgmock-dev libgif-dev libbenchmark-dev libsqlite3-dev libjpeg62-turbo-dev
-      clang libclang-rt-dev xvfb xauth ccache clang-format)
+      clang libclang-rt-dev xvfb xauth ccache clang-format
+      librsvg2-bin dpkg-dev file desktop-file-utils appstream shared-mime-info libglib2.0-bin)
 missing=()
 for p in "${PKGS[@]}"; do
   dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")

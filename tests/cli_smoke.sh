@@ -222,5 +222,31 @@ mkfifo "$tmp/fifo"
 "$cli" csv "$tmp/s/0001.zrv" --out "$tmp/fifo" 2>/dev/null; rc=$?
 check "fifo target refused" "[ $rc -eq 2 ] && [ -p '$tmp/fifo' ]"
 
+# Help and version print on stdout and exit 0, for the tool and for each command, even where the rest of
+# the line is wrong; every option a command's source reads is in some command's help.
+out=$("$cli" --help); rc=$?
+check "help exit 0" "[ $rc -eq 0 ] && echo \"\$out\" | grep -q '^usage: zorvik-cli COMMAND'"
+commands=$(echo "$out" | sed -n '/^commands:/,$p' | awk 'NR > 1 { print $1 }')
+check "help lists the commands" "[ \$(echo '$commands' | wc -w) -ge 14 ]"
+all_help=""
+for c in $commands; do
+  h=$("$cli" "$c" --help); rc=$?
+  check "$c --help" "[ $rc -eq 0 ] && echo \"\$h\" | grep -q '^usage: zorvik-cli $c'"
+  all_help+="$h"$'\n'
+done
+for o in $(grep -oh '"--[a-z0-9][a-z0-9-]*' "$(dirname "$0")"/../src/cli/*_command.cpp | tr -d '"' | sort -u); do
+  check "help mentions $o" "grep -qe '$o\b' <<<\"\$all_help\""
+done
+"$cli" spectrum --window 99 -h >/dev/null; rc=$?
+check "help beats a bad option" "[ $rc -eq 0 ]"
+for v in "--version" "decode --version"; do
+  out=$("$cli" $v); rc=$?
+  check "$v" "[ $rc -eq 0 ] && echo '$out' | grep -Eqx 'zorvik-cli [0-9]+\.[0-9]+\.[0-9]+'"
+done
+for bad in "" "nosuch" "decode --nosuch"; do
+  "$cli" $bad >/dev/null 2>"$tmp/err"; rc=$?
+  check "mistake '$bad': one line, exit 2" "[ $rc -eq 2 ] && [ \$(wc -l < $tmp/err) -eq 1 ]"
+done
+
 echo "$pass passed, $fail failed"
 [ "$fail" -eq 0 ]
