@@ -7,7 +7,9 @@
 #include <utility>
 #include <vector>
 
+#include "app/trigger_marker.h"
 #include "display/scope_display.h"
+#include "display/scope_display_window.h"
 #include "session/main_controller.h"
 
 namespace zorvik {
@@ -50,6 +52,10 @@ class DisplayMenus : public QObject {
                     std::array<int, kZoomCount> DisplaySettings::*field, const char* setting);
   void emphasisMenu(QMenu* menu);
   void showTimeMenu(QMenu* menu);
+  void zoomMenu(QMenu* menu);
+  // The display on the window that holds the menus; none before it is built.
+  ScopeDisplayWindow* displayWindow() const;
+  void setFit(bool on);
 
   ScopeDisplay& d_;
   MainController& main_;
@@ -165,6 +171,73 @@ void DisplayMenus::showTimeMenu(QMenu* menu) {
   }
 }
 
+ScopeDisplayWindow* DisplayMenus::displayWindow() const {
+  auto* owner = qobject_cast<QWidget*>(parent());
+  return owner ? owner->window()->findChild<ScopeDisplayWindow*>() : nullptr;
+}
+
+void DisplayMenus::setFit(bool on) {
+  ScopeDisplayWindow* w = displayWindow();
+  if (!w) return;
+  // Laid out anew for the room, the display draws the last packet again as after any new size, and the
+  // strips beside it follow its size (the window keeps the size the user gave it).
+  w->onRescaled = [this, w] {
+    d_.ClearIntensity();
+    main_.setReplotNeeded(true);
+    main_.replayLastPacket();
+    QWidget* top = w->window();
+    if (auto* marker = top->findChild<TriggerMarker*>()) marker->refresh();
+    // At most the display's size, so that they never hold the window at the display's present size.
+    if (auto* bar = top->findChild<QWidget*>("HorZoomBar")) {
+      bar->setMinimumWidth(w->minimumSizeHint().width());
+      bar->setMaximumWidth(w->sizeHint().width());
+    }
+    if (auto* bar = top->findChild<QWidget*>("VertZoomBar")) {
+      bar->setSizePolicy(bar->sizePolicy().horizontalPolicy(), QSizePolicy::Expanding);  // up to its maximum
+      bar->setMinimumHeight(w->minimumSizeHint().height());
+      bar->setMaximumHeight(w->sizeHint().height());
+    }
+  };
+  w->setFitToWindow(on);
+}
+
+void DisplayMenus::zoomMenu(QMenu* menu) {
+  // The stored zooms, and "Fit to window", which keeps the stored zoom for the saved pictures.
+  QMenu* sub = menu->addMenu("Zoom");
+  sub->setObjectName("Zoom");
+  auto* group = new QActionGroup(sub);
+  const Items zooms = {{"x0.5", 0}, {"x1", 1}, {"x2", 2}, {"x3", 3}};
+  for (const auto& [text, value] : zooms) {
+    QAction* a = sub->addAction(text);
+    a->setCheckable(true);
+    group->addAction(a);
+    const int v = value;
+    connect(a, &QAction::triggered, this, [this, v] {
+      setFit(false);
+      s().zoom = v;
+      changed("Zoom", Effect::Setup);
+    });
+    syncs_.push_back([this, a, v] {
+      const ScopeDisplayWindow* w = displayWindow();
+      a->setChecked(s().zoom == v && !(w && w->fitToWindow()));
+    });
+  }
+  sub->addSeparator();
+  QAction* fit = sub->addAction("Fit to window");
+  fit->setObjectName("FitToWindow");
+  fit->setCheckable(true);
+  group->addAction(fit);
+  connect(fit, &QAction::triggered, this, [this] {
+    setFit(true);
+    if (geometry_) geometry_();
+    sync();
+  });
+  syncs_.push_back([this, fit] {
+    const ScopeDisplayWindow* w = displayWindow();
+    fit->setChecked(w && w->fitToWindow());
+  });
+}
+
 void DisplayMenus::build(QMenu* plot, QMenu* memo, QMenu* view) {
   using S = DisplaySettings;
   check(plot, "Line", "linePlot1", &S::linePlot, "Line", Effect::Replot);
@@ -221,8 +294,7 @@ void DisplayMenus::build(QMenu* plot, QMenu* memo, QMenu* view) {
   syncs_.push_back([this, leave] { leave->setEnabled(s().leaveSingleEnabled()); });
   check(memo, "By bitmap", "BitmapPlot1", &S::byBitmap, "By bitmap", Effect::Replot);
 
-  choice(view, "Zoom", "Zoom", {{"x0.5", 0}, {"x1", 1}, {"x2", 2}, {"x3", 3}}, &S::zoom, "Zoom",
-         Effect::Setup);
+  zoomMenu(view);
   check(view, "Wide", "Wide", &S::wide, "Wide", Effect::Setup);
   check(view, "Grid", "GridVisible", &S::gridVisible, "GridVisible", Effect::Setup);
   check(view, "Grid in front", "GridFore", &S::gridFore, "GridFore", Effect::Setup);

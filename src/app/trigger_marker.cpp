@@ -30,18 +30,22 @@ TriggerMarker::TriggerMarker(TriggerControl& trigger, const ScopeDisplay& displa
 }
 
 QSize TriggerMarker::sizeHint() const {
-  return {kStripWidth, display_.canvas().height()};
+  return {kStripWidth, display_.canvas().geometry().windowHeight()};
 }
 
 void TriggerMarker::refresh() {
-  setFixedSize(sizeHint());
+  // As high as the display at most: a display fitted to the window may shrink, and the strip with it.
+  setFixedWidth(kStripWidth);
+  setMinimumHeight(1);
+  setMaximumHeight(sizeHint().height());
+  updateGeometry();
   update();
 }
 
 int TriggerMarker::levelAt(int y) const {
   const DisplayGeometry& g = display_.canvas().geometry();
   // The inverse of the display's row to pixel mapping.
-  const double row = kTraceRows - static_cast<double>(y - kPictureMargin) * 2 / g.halfScale();
+  const double row = kTraceRows - static_cast<double>(y * g.ratio - g.margin()) * 2 / g.halfScale();
   return TriggerControl::levelFromMarker(row, zoomOf(display_), positionOf(display_), kMin, kMax);
 }
 
@@ -51,7 +55,8 @@ void TriggerMarker::paintEvent(QPaintEvent*) {
   const int level = trigger_.model().level;
   const int row =
       static_cast<int>(TriggerControl::markerTop(level, zoomOf(display_), positionOf(display_), kMin, kMax));
-  const int y = display_.canvas().geometry().pixelY(row);
+  const DisplayGeometry& g = display_.canvas().geometry();
+  const int y = g.pixelY(row) / g.ratio;
   QFont f = font();
   f.setBold(true);
   p.setFont(f);

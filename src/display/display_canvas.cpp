@@ -10,11 +10,13 @@ DisplayCanvas::DisplayCanvas() {
 }
 
 void DisplayCanvas::setup(const DisplayGeometry& geometry, QRgb background, bool gridVisible) {
-  geometry_ = geometry;
-  picture_ = makeGridPicture(geometry, background, gridVisible);
+  zoom_ = geometry;
+  geometry_ = screenGeometry(geometry, screen_);
+  picture_ = makeGridPicture(geometry_, background, gridVisible);
   w_ = picture_.width();
   h_ = picture_.height();
-  half_ = geometry.halfScale();
+  half_ = geometry_.halfScale();
+  margin_ = geometry_.margin();
   pixels_.assign(static_cast<size_t>(w_) * static_cast<size_t>(h_), 0);
   dirtyTop_ = 0;
   dirtyBottom_ = h_ - 1;
@@ -34,6 +36,12 @@ void DisplayCanvas::clear() {
 
 QImage DisplayCanvas::image() const {
   return QImage(reinterpret_cast<const uchar*>(pixels_.data()), w_, h_, w_ * 4, QImage::Format_RGB32);
+}
+
+QImage DisplayCanvas::zoomImage() const {
+  if (w_ == zoom_.pictureWidth() && h_ == zoom_.pictureHeight()) return image().copy();
+  return image().scaled(zoom_.pictureWidth(), zoom_.pictureHeight(), Qt::IgnoreAspectRatio,
+                        Qt::SmoothTransformation);
 }
 
 void DisplayCanvas::setPixel(int x, int y, QRgb color) {

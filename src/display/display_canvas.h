@@ -19,9 +19,17 @@ class DisplayCanvas {
  public:
   DisplayCanvas();
 
-  // Lays the surface out for a geometry and makes the picture it clears to.
+  // Lays the surface out for a zoom's geometry as the screen shows it, and makes the picture it clears
+  // to. Without a screen scale the surface is the zoom's picture, pixel for pixel.
   void setup(const DisplayGeometry& geometry, QRgb background, bool gridVisible);
+  // The geometry drawn at, and the zoom's own (the size of every saved picture).
   const DisplayGeometry& geometry() const { return geometry_; }
+  const DisplayGeometry& zoomGeometry() const { return zoom_; }
+  // The screen's scale, kept for every later setup; the caller sets the display up again.
+  void setScreen(const ScreenScale& screen) { screen_ = screen; }
+  const ScreenScale& screen() const { return screen_; }
+  // The picture at the zoom's size: the surface itself, or taken down from the screen's drawing.
+  QImage zoomImage() const;
 
   // Back to the picture (only the rows drawn on since the last clear are copied).
   void clear();
@@ -73,8 +81,8 @@ class DisplayCanvas {
   static constexpr int kMaxDrawWidth = 64;
   // Logical coordinates are kept to a range whose pixels can't overflow at any zoom.
   static int limited(int v) { return std::clamp(v, -(1 << 20), 1 << 20); }
-  int px(int x) const { return kPictureMargin + floorDiv2(limited(x) * half_); }
-  int py(int y) const { return kPictureMargin + floorDiv2((kTraceRows - limited(y)) * half_); }
+  int px(int x) const { return margin_ + floorDiv2(limited(x) * half_); }
+  int py(int y) const { return margin_ + floorDiv2((kTraceRows - limited(y)) * half_); }
   void touch(int top, int bottom) {
     dirtyTop_ = std::min(dirtyTop_, std::max(top, 0));
     dirtyBottom_ = std::max(dirtyBottom_, std::min(bottom, h_ - 1));
@@ -82,10 +90,11 @@ class DisplayCanvas {
   void stamp(int x, int y, QRgb color);
   void pixelLine(int x1, int y1, int x2, int y2, QRgb color);
 
-  DisplayGeometry geometry_;
+  DisplayGeometry geometry_, zoom_;
+  ScreenScale screen_;
   QImage picture_;
   std::vector<uint32_t> pixels_;
-  int w_ = 0, h_ = 0, half_ = 2;
+  int w_ = 0, h_ = 0, half_ = 2, margin_ = kPictureMargin;
   int dirtyTop_ = 0, dirtyBottom_ = -1;
   int width_ = 1;
   DrawMode mode_ = DrawMode::CopyPen;

@@ -8,6 +8,9 @@ constexpr int kPictureMargin = 10;  // blank pixels around the grid at every zoo
 constexpr int kNormalWidth = 320;
 constexpr int kWideWidth = 480;
 constexpr int kZoomCount = 4;
+// The zoom index of a picture laid out for a screen (a pixel ratio above 1 or fitted to a window): no
+// stored zoom has it, so paths that hold only for the stored zooms' own pixels leave it alone.
+constexpr int kScreenZoom = kZoomCount;
 
 // ZoomIndex as stored: 0 to 3; anything else is the normal size 1.
 constexpr int normalizeZoomIndex(int zoom) {
@@ -24,6 +27,8 @@ constexpr int floorDiv2(int a) {
 struct DisplayGeometry {
   int zoomIndex = 1;
   bool wide = false;
+  int half = 0;   // on a screen: pixels per two logical units; 0 takes the zoom's
+  int ratio = 1;  // on a screen: device pixels per window pixel; the margin grows with it
 
   static constexpr DisplayGeometry make(int zoom, bool wide) { return {normalizeZoomIndex(zoom), wide}; }
 
@@ -36,13 +41,39 @@ struct DisplayGeometry {
   // Pixels per two logical units: 1, 2, 4, 6 (scale 0.5, 1, 2, 3).
   constexpr int halfScale() const {
     constexpr int kHalfScale[kZoomCount] = {1, 2, 4, 6};
-    return kHalfScale[normalizeZoomIndex(zoomIndex)];
+    return half > 0 ? half : kHalfScale[normalizeZoomIndex(zoomIndex)];
   }
+  constexpr int margin() const { return kPictureMargin * ratio; }
   constexpr int pixelsPerDiv() const { return kDivisionUnits * halfScale() / 2; }
-  constexpr int pictureWidth() const { return plotWidth() * halfScale() / 2 + 2 * kPictureMargin + 1; }
-  constexpr int pictureHeight() const { return kTraceRows * halfScale() / 2 + 2 * kPictureMargin + 1; }
-  constexpr int pixelX(int x) const { return kPictureMargin + floorDiv2(x * halfScale()); }
-  constexpr int pixelY(int y) const { return kPictureMargin + floorDiv2((kTraceRows - y) * halfScale()); }
+  constexpr int pictureWidth() const { return plotWidth() * halfScale() / 2 + 2 * margin() + 1; }
+  constexpr int pictureHeight() const { return kTraceRows * halfScale() / 2 + 2 * margin() + 1; }
+  constexpr int pixelX(int x) const { return margin() + floorDiv2(x * halfScale()); }
+  constexpr int pixelY(int y) const { return margin() + floorDiv2((kTraceRows - y) * halfScale()); }
+  // The picture's size in window pixels (a device pixel left over makes a whole one).
+  constexpr int windowWidth() const { return (pictureWidth() + ratio - 1) / ratio; }
+  constexpr int windowHeight() const { return (pictureHeight() + ratio - 1) / ratio; }
 };
+
+// How the screen shows the display: device pixels per window pixel, and with "Fit to window" the room
+// the picture may fill, in device pixels (0 keeps the zoom's size).
+struct ScreenScale {
+  int ratio = 1;
+  int roomWidth = 0, roomHeight = 0;
+  constexpr bool fit() const { return roomWidth > 0 && roomHeight > 0; }
+  friend constexpr bool operator==(const ScreenScale&, const ScreenScale&) = default;
+};
+
+// The whole device pixel ratio the display is drawn at: the nearest whole number, at least 1 (at 1.5
+// the picture is drawn at 2 and the screen takes it down, which stays sharper than drawing it up).
+int wholePixelRatio(double devicePixelRatio);
+
+// The largest scale (pixels per two units) whose picture, margins included, fits the room in device
+// pixels; at least 1, and no more than kMaxFitHalfScale.
+constexpr int kMaxFitHalfScale = 32;
+int fitHalfScale(int roomWidth, int roomHeight, bool wide, int ratio);
+
+// The geometry a screen draws a stored zoom's picture at: the zoom's scale times the ratio, or the
+// fitted scale. At ratio 1 without fitting it is the zoom's own, so every stored size stays.
+DisplayGeometry screenGeometry(const DisplayGeometry& zoom, const ScreenScale& screen);
 
 }  // namespace zorvik

@@ -19,7 +19,7 @@ void DisplayMouse::leftMove(int x, int y, const MouseScale& scale) {
   vertical_.visible = std::abs(dx) >= kMarkerThreshold;
   if (vertical_.visible) {
     vertical_.at = x;
-    vertical_.text = engineeringText(std::abs(dx) * scale.secondsPerUnit, "S");
+    vertical_.text = timeMarkerText(std::abs(dx) * scale.secondsPerUnit);
     vertical_.textAlong = (y + MarkStartY) / 2;
     vertical_.textAfter = dx > 0;
   }
@@ -50,6 +50,13 @@ void DisplayMouse::clear() {
   horizontal_ = {};
   selection_ = {};
   dragging_ = false;
+}
+
+std::string DisplayMouse::timeMarkerText(double seconds) {
+  std::string text = engineeringText(seconds, "S");
+  // The frequency whose period the markers span; none for a span without time.
+  if (seconds > 0 && std::isfinite(1 / seconds)) text += "  " + engineeringText(1 / seconds, "Hz");
+  return text;
 }
 
 std::string DisplayMouse::cursorText(int x, int y, const MouseScale& scale) {

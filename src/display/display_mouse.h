@@ -46,12 +46,15 @@ class DisplayMouse {
   // Markers and selection go with the next key down or a cleared display.
   void clear();
 
-  // The distance in time, shown with the vertical marker; the distance in volts with the horizontal one.
+  // The distance in time and its inverse, shown with the vertical marker; the distance in volts with the
+  // horizontal one.
   const Marker& vertical() const { return vertical_; }
   const Marker& horizontal() const { return horizontal_; }
   const Selection& selection() const { return selection_; }
   bool dragging() const { return dragging_; }
 
+  // The vertical marker's read-out: the time between the markers and its inverse, "2µS  500kHz".
+  static std::string timeMarkerText(double seconds);
   // The tool tip with no key down: the time at the cursor, two blanks, the volts from the middle row.
   static std::string cursorText(int x, int y, const MouseScale& scale);
 

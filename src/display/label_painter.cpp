@@ -5,6 +5,7 @@
 #include <QPainter>
 #include <QPolygon>
 #include <array>
+#include <cmath>
 
 #include "display/display_geometry.h"
 #include "display/display_labels.h"
@@ -69,8 +70,11 @@ void paintMarkers(QPainter& p, const DisplayLabels& l, const DisplaySettings& s,
     p.drawLine(g.pixelX(*l.triggerX), top, g.pixelX(*l.triggerX), bottom);
   }
   if (const std::optional<LabelRect> r = trigIndHorRect(g, l.triggerX)) {
-    const QPolygon triangle({QPoint(r->left, r->top), QPoint(r->right() - 1, r->top),
-                             QPoint(r->left + r->width / 2, r->bottom() - 1)});
+    // Laid out in window pixels: at a higher ratio it grows about its tip, which stays on the column.
+    const int k = g.ratio, tipX = r->left + r->width / 2, tipY = r->bottom() - 1;
+    const QPolygon triangle({QPoint(tipX - (tipX - r->left) * k, tipY - (tipY - r->top) * k),
+                             QPoint(tipX + (r->right() - 1 - tipX) * k, tipY - (tipY - r->top) * k),
+                             QPoint(tipX, tipY)});
     p.setPen(kTrigIndHorColour);
     p.setBrush(kTrigIndHorColour);
     p.drawPolygon(triangle);
@@ -82,6 +86,15 @@ int labelPixelSize(int storedSize, int zoomIndex) {
   return std::max(6, storedSize + 4 + 2 * zoomIndex);
 }
 
+int labelPixelSize(int storedSize, const DisplayGeometry& g) {
+  if (g.zoomIndex != kScreenZoom) return labelPixelSize(storedSize, g.zoomIndex);
+  // The stored zooms' sizes grow by 2 from scale 1 to 2 and then by the scale: 0, 2, 4, 6 for 1, 2, 4, 6
+  // pixels per two units. A screen's scale is counted in window pixels, and the text drawn at its ratio.
+  const double scale = static_cast<double>(g.halfScale()) / g.ratio;
+  const double grow = scale >= 2 ? scale : 2 * (scale - 1);
+  return static_cast<int>(std::lround(std::max(6.0, storedSize + 4 + grow) * g.ratio));
+}
+
 void paintLabels(QPainter& p, const DisplayLabels& l, const DisplaySettings& s, const DisplayGeometry& g) {
   const int w = g.plotWidth();
   const int left = g.pixelX(0), right = g.pixelX(w), top = g.pixelY(kTraceRows), bottom = g.pixelY(0);
@@ -91,7 +104,7 @@ void paintLabels(QPainter& p, const DisplayLabels& l, const DisplaySettings& s, 
   p.save();
 
   QFont font = p.font();
-  font.setPixelSize(labelPixelSize(s.horLabelSize, g.zoomIndex));
+  font.setPixelSize(labelPixelSize(s.horLabelSize, g));
   p.setFont(font);
   const QFontMetrics metrics(font);
   const int lineHeight = metrics.height();
@@ -124,7 +137,7 @@ void paintLabels(QPainter& p, const DisplayLabels& l, const DisplaySettings& s, 
     }
   }
   if (s.vertLabels) {
-    font.setPixelSize(labelPixelSize(s.vertLabelSize, g.zoomIndex));
+    font.setPixelSize(labelPixelSize(s.vertLabelSize, g));
     p.setFont(font);
     const int h = QFontMetrics(font).height();
     text(p, l.VertTop1, left + 2, bandTop + lineHeight, 0, kLabelColour);

@@ -20,7 +20,9 @@ void paintLabels(QPainter& painter, const DisplayLabels& labels, const DisplaySe
 void paintMarkers(QPainter& painter, const DisplayLabels& labels, const DisplaySettings& settings,
                   const DisplayGeometry& geometry);
 
-// The pixel size of the labels' font for a stored size (5 by default) at a zoom.
+// The pixel size of the labels' font for a stored size (5 by default) at a zoom, and on a geometry laid
+// out for a screen (the same size in window pixels as the nearest zoom, drawn at the screen's ratio).
 int labelPixelSize(int storedSize, int zoomIndex);
+int labelPixelSize(int storedSize, const DisplayGeometry& geometry);
 
 }  // namespace zorvik

@@ -1,16 +1,24 @@
 #include "display/scope_display_window.h"
 
+#include <QAbstractButton>
+#include <QApplication>
 #include <QGuiApplication>
 #include <QHelpEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QRegularExpression>
 #include <QScreen>
+#include <QScrollBar>
 #include <QToolTip>
+#include <QWheelEvent>
 #include <algorithm>
+#include <map>
 
 #include "core/messages.h"
 #include "display/label_painter.h"
 #include "display/screen_check.h"
+#include "display/trigger_level_text.h"
+#include "display/wheel_zoom.h"
 #include "link/main_state.h"
 #include "ui/window_place_qt.h"
 
@@ -24,6 +32,7 @@ ScopeDisplayWindow::ScopeDisplayWindow(ScopeDisplay& display, QWidget* parent)
   display_.onPainted = [this] { update(); };
   display_.onGeometryChanged = [this] { geometryChanged(); };
   display_.onCleared = [this] { update(); };
+  rescale();
   geometryChanged();
 }
 
@@ -34,13 +43,66 @@ ScopeDisplayWindow::~ScopeDisplayWindow() {
 }
 
 void ScopeDisplayWindow::geometryChanged() {
-  setFixedSize(display_.canvas().width(), display_.canvas().height());
+  if (fit_) {
+    setMinimumSize(minimumSizeHint());
+    setMaximumSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
+  } else {
+    setFixedSize(sizeHint());
+  }
   updateGeometry();
   update();
 }
 
 QSize ScopeDisplayWindow::sizeHint() const {
-  return {display_.canvas().width(), display_.canvas().height()};
+  const DisplayGeometry& g = display_.canvas().geometry();
+  return {g.windowWidth(), g.windowHeight()};
+}
+
+QSize ScopeDisplayWindow::minimumSizeHint() const {
+  if (!fit_) return sizeHint();
+  // The smallest fitted picture: one pixel for two units.
+  DisplayGeometry g = display_.canvas().zoomGeometry();
+  g.half = 1;
+  return {g.windowWidth(), g.windowHeight()};
+}
+
+void ScopeDisplayWindow::setFitToWindow(bool on) {
+  if (fit_ == on) return;
+  fit_ = on;
+  QWidget* top = window();
+  // What the rest of the window takes, measured once: a panel beside the display that is taller than it
+  // makes this more than it is, and the display then grows by what the window grows, never beyond.
+  chrome_ = top == this ? QSize(0, 0) : (top->sizeHint() - sizeHint()).expandedTo(QSize(0, 0));
+  if (watched_ && watched_ != this) watched_->removeEventFilter(this);
+  watched_ = on ? top : nullptr;
+  if (watched_ && watched_ != this) watched_->installEventFilter(this);
+  geometryChanged();
+  rescale();
+}
+
+QSize ScopeDisplayWindow::fitRoom() const {
+  const QWidget* top = window();
+  if (top == this) return size();
+  return (top->size() - chrome_).expandedTo(QSize(1, 1));
+}
+
+void ScopeDisplayWindow::rescale() {
+  ScreenScale screen;
+  screen.ratio = wholePixelRatio(devicePixelRatioF());
+  if (fit_) {
+    const QSize room = fitRoom();
+    screen.roomWidth = room.width() * screen.ratio;
+    screen.roomHeight = room.height() * screen.ratio;
+  }
+  DisplayCanvas& canvas = display_.canvas();
+  if (screen == canvas.screen()) return;
+  const DisplayGeometry now = canvas.geometry(), next = screenGeometry(canvas.zoomGeometry(), screen);
+  canvas.setScreen(screen);
+  // A room that gives the same picture keeps what is drawn.
+  if (now.halfScale() == next.halfScale() && now.ratio == next.ratio && now.zoomIndex == next.zoomIndex)
+    return;
+  display_.SetupDisplay();
+  if (onRescaled) onRescaled();
 }
 
 void ScopeDisplayWindow::showState(const MainState& state) {
@@ -58,15 +120,23 @@ void ScopeDisplayWindow::clear() {
 
 void ScopeDisplayWindow::paintEvent(QPaintEvent*) {
   QPainter p(this);
-  p.drawImage(0, 0, display_.canvas().image());
-  paintLabels(p, display_.labels(), display_.settings(), display_.canvas().geometry());
+  const DisplayGeometry& g = display_.canvas().geometry();
+  const QImage picture = display_.canvas().image();
+  // Beside a fitted picture, or in the part of a window pixel a device pixel ratio leaves over.
+  if (width() * g.ratio > picture.width() || height() * g.ratio > picture.height())
+    p.fillRect(rect(), palette().window());
+  // Everything below is drawn in device pixels: the surface one to one, texts and lines sharp.
+  p.scale(1.0 / g.ratio, 1.0 / g.ratio);
+  p.drawImage(0, 0, picture);
+  paintLabels(p, display_.labels(), display_.settings(), g);
+  paintLevelText(p);
   paintMouseTools(p);
 }
 
 QPoint ScopeDisplayWindow::logicalAt(QPoint pixel) const {
   const DisplayGeometry& g = display_.canvas().geometry();
-  const int x = (pixel.x() - kPictureMargin) * 2 / g.halfScale();
-  const int y = kTraceRows - (pixel.y() - kPictureMargin) * 2 / g.halfScale();
+  const int x = (pixel.x() * g.ratio - g.margin()) * 2 / g.halfScale();
+  const int y = kTraceRows - (pixel.y() * g.ratio - g.margin()) * 2 / g.halfScale();
   return {std::clamp(x, 0, display_.plotWidth()), std::clamp(y, 0, kTraceRows)};
 }
 
@@ -114,7 +184,57 @@ void ScopeDisplayWindow::mouseReleaseEvent(QMouseEvent* event) {
   }
 }
 
+void ScopeDisplayWindow::wheelEvent(QWheelEvent* event) {
+  const QPoint d = event->angleDelta();
+  const int notches = takeWheelNotches(wheelRest_, d.y() != 0 ? d.y() : d.x());
+  event->accept();
+  if (notches == 0) return;
+  const bool vertical = event->modifiers() & Qt::ShiftModifier;
+  if (event->modifiers() & Qt::ControlModifier)
+    wheelScroll(vertical, notches);
+  else
+    wheelZoom(vertical, notches);
+}
+
+void ScopeDisplayWindow::wheelZoom(bool vertical, int notches) {
+  // The keys of the axis by factor, as the zoom bars name them ("Hzoom4", "x5Vzoom1").
+  std::map<int, QAbstractButton*> keys;
+  const QRegularExpression name(vertical ? "^x(\\d+)Vzoom1$" : "^Hzoom(\\d+)$");
+  for (QAbstractButton* key : window()->findChildren<QAbstractButton*>(name))
+    keys[name.match(key->objectName()).captured(1).toInt()] = key;
+  std::vector<int> factors;
+  int present = 1;
+  for (const auto& [factor, key] : keys) {
+    factors.push_back(factor);
+    if (key->isChecked()) present = factor;
+  }
+  const int next = wheelZoomFactor(factors, present, notches);
+  if (next == present) return;
+  // A click on a key, as the user's: onto the next factor, or off the present one for no zoom.
+  QAbstractButton* key = keys[next == 1 ? present : next];
+  if (key->isEnabled()) key->click();
+}
+
+void ScopeDisplayWindow::wheelScroll(bool vertical, int notches) {
+  QScrollBar* scroll = window()->findChild<QScrollBar*>(vertical ? "ScrollVzoom1" : "HScrollView");
+  if (!scroll || !scroll->isEnabled()) return;
+  const int step = scroll->singleStep() * std::max(QApplication::wheelScrollLines(), 1);
+  scroll->setValue(
+      wheelScrollValue(vertical ? ZoomAxis::Vertical : ZoomAxis::Horizontal, scroll->value(), notches, step));
+}
+
+void ScopeDisplayWindow::resizeEvent(QResizeEvent* event) {
+  QWidget::resizeEvent(event);
+  if (fit_ && window() == this) rescale();
+}
+
+bool ScopeDisplayWindow::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == watched_ && event->type() == QEvent::Resize && fit_) rescale();
+  return QWidget::eventFilter(watched, event);
+}
+
 bool ScopeDisplayWindow::event(QEvent* event) {
+  if (event->type() == QEvent::ScreenChangeInternal || event->type() == QEvent::Show) rescale();
   if (event->type() == QEvent::ToolTip) {
     auto* help = static_cast<QHelpEvent*>(event);
     const QPoint at = logicalAt(help->pos());
@@ -125,19 +245,47 @@ bool ScopeDisplayWindow::event(QEvent* event) {
   return QWidget::event(event);
 }
 
+// The widget's font at the device pixels the display is painted in.
+static QFont deviceFont(QFont f, int ratio) {
+  if (f.pixelSize() > 0)
+    f.setPixelSize(f.pixelSize() * ratio);
+  else
+    f.setPointSizeF(f.pointSizeF() * ratio);
+  return f;
+}
+
+void ScopeDisplayWindow::paintLevelText(QPainter& p) const {
+  const std::string volts = triggerLevelText(display_.inputs());
+  if (volts.empty()) return;
+  const DisplayGeometry& g = display_.canvas().geometry();
+  p.save();
+  p.setFont(deviceFont(font(), g.ratio));
+  const QFontMetrics fm(p.font());
+  const QString text = QString::fromStdString(volts);
+  // Against the right edge, where the level's marker stands beside the display; above the level's line
+  // unless that runs into the label band.
+  const int y = g.pixelY(display_.inputs().triggerLevelRow), gap = 2 * g.ratio;
+  const int baseline = y - gap - fm.descent() - 2 * fm.height() < g.pixelY(kTraceRows)
+                           ? y + gap + fm.ascent()
+                           : y - gap - fm.descent();
+  p.setPen(QColor(255, 255, 0));
+  p.drawText(g.pixelX(display_.plotWidth()) - gap - fm.horizontalAdvance(text), baseline, text);
+  p.restore();
+}
+
 void ScopeDisplayWindow::paintMouseTools(QPainter& p) const {
   const DisplayGeometry& g = display_.canvas().geometry();
   const int left = g.pixelX(0), right = g.pixelX(display_.plotWidth()), top = g.pixelY(kTraceRows),
-            bottom = g.pixelY(0);
-  const QFontMetrics fm(font());
-  p.setFont(font());
+            bottom = g.pixelY(0), gap = 3 * g.ratio;
+  p.setFont(deviceFont(font(), g.ratio));
+  const QFontMetrics fm(p.font());
   if (const DisplayMouse::Marker& m = mouse_.vertical(); m.visible) {
     const int x = g.pixelX(m.at);
     p.setPen(QPen(Qt::white, 1, Qt::DashLine));
     p.drawLine(x, top, x, bottom);
     const QString text = QString::fromStdString(m.text);
     const int w = fm.horizontalAdvance(text);
-    const int tx = m.textAfter ? x + 3 : x - 3 - w;
+    const int tx = m.textAfter ? x + gap : x - gap - w;
     p.setPen(Qt::white);
     p.drawText(tx, g.pixelY(m.textAlong) + fm.ascent() / 2, text);
   }
@@ -147,7 +295,7 @@ void ScopeDisplayWindow::paintMouseTools(QPainter& p) const {
     p.drawLine(left, y, right, y);
     const QString text = QString::fromStdString(m.text);
     const int w = fm.horizontalAdvance(text);
-    const int ty = m.textAfter ? y - 3 : y + 3 + fm.ascent();
+    const int ty = m.textAfter ? y - gap : y + gap + fm.ascent();
     p.setPen(Qt::white);
     p.drawText(g.pixelX(m.textAlong) - w / 2, ty, text);
   }

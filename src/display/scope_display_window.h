@@ -37,22 +37,45 @@ class ScopeDisplayWindow : public QWidget {
 
   // A selection stands when the right key came up: the window pops its menu at this global position.
   std::function<void(const DisplayMouse::Selection&, QPoint)> onSelection;
+  // The surface was laid out anew for the screen (its ratio or the fitted size changed) and stands
+  // cleared: the owner draws the last packet again.
+  std::function<void()> onRescaled;
+
+  // "Fit to window": the display grows and shrinks with the window, drawn at the screen's resolution;
+  // saved pictures keep the stored zoom's size. Off, the display keeps the zoom's size.
+  void setFitToWindow(bool on);
+  bool fitToWindow() const { return fit_; }
+  // Lays the surface out again when the screen's ratio or the room to fit changed.
+  void rescale();
 
   QSize sizeHint() const override;
-  QSize minimumSizeHint() const override { return sizeHint(); }
+  QSize minimumSizeHint() const override;
 
  protected:
   void paintEvent(QPaintEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
   void mouseMoveEvent(QMouseEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
+  void wheelEvent(QWheelEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
   bool event(QEvent* event) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
   void geometryChanged();
   void paintMouseTools(QPainter& p) const;
+  void paintLevelText(QPainter& p) const;
+  // The room the display may take in the window, in window pixels.
+  QSize fitRoom() const;
+  // The wheel's notches on the zoom keys or, with Control, on the zoomed view's scroll.
+  void wheelZoom(bool vertical, int notches);
+  void wheelScroll(bool vertical, int notches);
   ScopeDisplay& display_;
   DisplayMouse& mouse_;  // the display's own
+  bool fit_ = false;
+  int wheelRest_ = 0;
+  QWidget* watched_ = nullptr;  // the top-level window whose size the fitted display follows
+  QSize chrome_;                // the window's size beside the fitted display
 };
 
 // The screen check at the end of SetupDisplay for the window that holds the display. The modes offered

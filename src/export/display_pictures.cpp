@@ -56,10 +56,11 @@ std::string autoPictureName(uint32_t tickMs, const char* extension) {
 }
 
 QImage displayPicture(const ScopeDisplay& display, const DisplayLabels& labels, bool withLabels) {
-  QImage picture = display.canvas().image().copy();
+  // At the zoom's size whatever the screen draws at.
+  QImage picture = display.canvas().zoomImage();
   if (withLabels) {
     QPainter p(&picture);
-    paintLabels(p, labels, display.settings(), display.canvas().geometry());
+    paintLabels(p, labels, display.settings(), display.canvas().zoomGeometry());
   }
   return picture;
 }

@@ -24,14 +24,16 @@ void ValuePlot::setPicture(std::vector<float> rows, Texts texts, bool valid) {
 void ValuePlot::paintEvent(QPaintEvent*) {
   QPainter p(this);
   p.fillRect(rect(), Qt::black);
+  // Lines one device pixel wide: on a high-resolution screen thin and sharp, not a window pixel doubled.
+  const double thin = 1 / std::max(devicePixelRatioF(), 1.0);
   // The grid of the main display: olive division lines, ten across and eight high.
-  p.setPen(QColor(128, 128, 0));
+  p.setPen(QPen(QColor(128, 128, 0), thin));
   for (int i = 0; i <= 10; ++i)
     p.drawLine(kMargin + i * kWidth / 10, kMargin, kMargin + i * kWidth / 10, kMargin + kHeight);
   for (int i = 0; i <= 8; ++i)
     p.drawLine(kMargin, kMargin + i * kHeight / 8, kMargin + kWidth, kMargin + i * kHeight / 8);
   if (!valid_) return;
-  p.setPen(QColor(0, 255, 0));
+  p.setPen(QPen(QColor(0, 255, 0), thin));
   QPolygonF line;
   for (size_t x = 0; x < rows_.size(); ++x)
     if (rows_[x] != kEmptyColumn)

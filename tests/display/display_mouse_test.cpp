@@ -25,12 +25,12 @@ TEST(DisplayMouse, MarkersShowFromSixUnitsWithTheDistanceBesideThem) {
   ASSERT_TRUE(m.vertical().visible);
   EXPECT_FALSE(m.horizontal().visible);
   EXPECT_EQ(m.vertical().at, 164);
-  EXPECT_EQ(m.vertical().text, "2µS");
+  EXPECT_EQ(m.vertical().text, "2µS  500kHz");  // the span and the frequency of that period
   EXPECT_TRUE(m.vertical().textAfter);
 
   m.leftMove(36, 36, scale());  // back left and down
   EXPECT_FALSE(m.vertical().textAfter);
-  EXPECT_EQ(m.vertical().text, "2µS");
+  EXPECT_EQ(m.vertical().text, "2µS  500kHz");
   EXPECT_EQ(m.vertical().textAlong, 68);  // the middle of the movement
   ASSERT_TRUE(m.horizontal().visible);
   EXPECT_EQ(m.horizontal().text, "1V");
@@ -65,4 +65,17 @@ TEST(DisplayMouse, SelectionNeedsAnAreaAndPopsItsMenu) {
 TEST(DisplayMouse, CursorReadOut) {
   EXPECT_EQ(DisplayMouse::cursorText(160, 192, scale()), "0S  1V");
   EXPECT_EQ(DisplayMouse::cursorText(0, 128, scale()), "-5µS  0V");
+}
+
+TEST(DisplayMouse, TimeMarkerAddsTheInverseOnlyForARealSpan) {
+  EXPECT_EQ(DisplayMouse::timeMarkerText(0.02), "20mS  50Hz");
+  EXPECT_EQ(DisplayMouse::timeMarkerText(2.5e-9), "2.5nS  400MHz");
+  // No time base known yet (a scale of 0) or a span too small to invert: the time alone, never "inf".
+  EXPECT_EQ(DisplayMouse::timeMarkerText(0), "0S");
+  EXPECT_EQ(DisplayMouse::timeMarkerText(1e-320).find("Hz"), std::string::npos);
+  DisplayMouse m;
+  m.leftDown(0, 0);
+  m.leftMove(64, 0, MouseScale{});
+  ASSERT_TRUE(m.vertical().visible);
+  EXPECT_EQ(m.vertical().text, "0S");
 }

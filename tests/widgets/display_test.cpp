@@ -12,6 +12,7 @@
 #include "core/recording_sink.h"
 #include "display/display_host.h"
 #include "display/scope_display_window.h"
+#include "export/display_pictures.h"
 #include "export/zrv_file.h"
 #include "session/main_controller.h"
 
@@ -89,6 +90,34 @@ class DisplayWidgetTest : public QObject {
     rig.display.settings().wide = true;
     rig.display.SetupDisplay();
     QCOMPARE(w.size(), QSize(981, 533));
+  }
+
+  void atTwiceThePixelsTheWindowKeepsItsSizeAndPicturesTheirs() {
+    Rig rig;
+    ScopeDisplayWindow w(rig.display);
+    w.show();
+    // As on a screen of device pixel ratio 2: the surface is drawn at twice the pixels.
+    rig.display.canvas().setScreen(ScreenScale{2, 0, 0});
+    rig.display.SetupDisplay();
+    QCOMPARE(rig.display.canvas().width(), 681);
+    QCOMPARE(w.size(), QSize(341, 277));
+    rig.packet(sinePacket(330, 40));
+    QCOMPARE(displayPicture(rig.display, rig.display.labels(), true).size(), QSize(341, 277));
+    // The mouse reads window pixels into the same logical units.
+    QCOMPARE(w.logicalAt(QPoint(170, 138)), QPoint(160, 128));
+    QCOMPARE(w.logicalAt(QPoint(10, 10)), QPoint(0, 256));
+    // Shown at ratio 1 the drawing is taken down into the same places as the zoom's own picture.
+    const QImage shown = w.grab().toImage().convertToFormat(QImage::Format_RGB32);
+    const QImage plain = displayPicture(rig.display, rig.display.labels(), false);
+    int near = 0;
+    for (int y = 30; y < 250; ++y)
+      for (int x = 20; x < 320; ++x)
+        near += std::abs(qGreen(shown.pixel(x, y)) - qGreen(plain.pixel(x, y))) < 96;
+    QVERIFY(near > 300 * 220 * 9 / 10);
+    // Back at ratio 1 the surface is the zoom's own picture again.
+    rig.display.canvas().setScreen(ScreenScale{});
+    rig.display.SetupDisplay();
+    QCOMPARE(rig.display.canvas().width(), 341);
   }
 
   void menusStoreTheirSettingAndRedrawByReplay() {

@@ -3,13 +3,16 @@
 #include <QScrollBar>
 #include <QTimer>
 #include <QToolButton>
+#include <QWheelEvent>
 #include <QtTest>
 
 #include "app/mainwin.h"
 #include "display/memo_window.h"
 #include "display/scope_display.h"
 #include "display/scope_display_window.h"
+#include "display/trigger_level_text.h"
 #include "display/view_zoom.h"
+#include "export/display_pictures.h"
 #include "window_fixture.h"
 
 using namespace zorvik;
@@ -154,6 +157,122 @@ class ZoomTest : public QObject {
     QCOMPARE(whole->pictureToSave().size(), QSize(341, 277));
     if (!qEnvironmentVariableIsEmpty("ZORVIK_SCREENSHOT"))
       memos[0]->grab().save(qEnvironmentVariable("ZORVIK_SCREENSHOT") + ".memo.png");
+  }
+
+  void wheelStepsTheZoomKeysAndScrollsTheView() {
+    auto w = make();
+    auto* display = w->findChild<ScopeDisplayWindow*>("Display");
+    auto* view = w->findChild<QScrollBar*>("HScrollView");
+    QVERIFY(display && view);
+    const QPointF at = pixel(*w, 160, 128);
+    auto wheel = [&](int delta, Qt::KeyboardModifiers modifiers = {}) {
+      QWheelEvent e(at, display->mapToGlobal(at), QPoint(), QPoint(0, delta), Qt::NoButton, modifiers,
+                    Qt::NoScrollPhase, false);
+      QApplication::sendEvent(display, &e);
+    };
+    for (auto* key : w->findChildren<QToolButton*>())  // from no zoom, whatever an earlier test left
+      if (key->isChecked() && key->objectName().contains("zoom")) key->click();
+    QCOMPARE(w->display().inputs().hZoom, 1);
+    wheel(120);
+    QCOMPARE(w->display().inputs().hZoom, 2);
+    QVERIFY(w->findChild<QToolButton*>("Hzoom2")->isChecked());
+    QCOMPARE(settings_.GetSettingValue("Hor", "HorZoom", ""), std::string("2"));
+    wheel(60);  // half a notch waits for the other half
+    QCOMPARE(w->display().inputs().hZoom, 2);
+    wheel(60);
+    QCOMPARE(w->display().inputs().hZoom, 4);
+    wheel(5 * 120);  // stops at the largest key
+    QCOMPARE(w->display().inputs().hZoom, 10);
+
+    // With Control the zoomed view moves, towards later times away from the user.
+    QVERIFY(view->isEnabled());
+    const int before = view->value();
+    wheel(120, Qt::ControlModifier);
+    QVERIFY(view->value() < before);
+    QCOMPARE(w->display().inputs().hViewFrac, static_cast<double>(view->value()) / ViewZoom::kMax);
+
+    // With Shift the vertical keys; turning back past the smallest key leaves no zoom.
+    wheel(120, Qt::ShiftModifier);
+    QCOMPARE(w->display().inputs().vZoom, 2.0f);
+    QVERIFY(w->findChild<QToolButton*>("x2Vzoom1")->isChecked());
+    wheel(-240, Qt::ShiftModifier);
+    QCOMPARE(w->display().inputs().vZoom, 1.0f);
+    QVERIFY(!w->findChild<QToolButton*>("x2Vzoom1")->isChecked());
+    wheel(-10 * 120);
+    QCOMPARE(w->display().inputs().hZoom, 1);
+    QVERIFY(!view->isEnabled());
+    wheel(-120, Qt::ControlModifier);  // nothing to scroll without a zoom
+    QCOMPARE(w->display().inputs().hZoom, 1);
+  }
+
+  void fitToWindowGrowsWithTheWindowAndSavesTheZoomsSize() {
+    auto w = make();
+    auto* display = w->findChild<ScopeDisplayWindow*>("Display");
+    auto* fit = w->findChild<QAction*>("FitToWindow");
+    QVERIFY(display && fit);
+    QVERIFY(!fit->isChecked());
+    fit->trigger();
+    QVERIFY(display->fitToWindow());
+    QCOMPARE(w->display().canvas().geometry().halfScale(), 2);  // nothing to grow into yet
+
+    w->resize(w->size() + QSize(700, 560));
+    QTRY_VERIFY(w->display().canvas().geometry().halfScale() >= 4);
+    const DisplayGeometry& g = w->display().canvas().geometry();
+    QCOMPARE(display->sizeHint(), QSize(g.pictureWidth(), g.pictureHeight()));
+    QTRY_COMPARE(display->size(), display->sizeHint());
+    QCOMPARE(w->findChild<QWidget*>("TrigInd1")->height(), g.pictureHeight());
+    // The last packet is drawn again at the new size, and the labels' font grew with it.
+    QVERIFY(w->display().canvas().snapshot() != w->display().canvas().picture());
+    // Saved and shown pictures keep the stored zoom's size.
+    QCOMPARE(settings_.GetSettingValue("Startup Position", "Zoom", "1"), std::string("1"));
+    QCOMPARE(displayPicture(w->display(), w->display().labels(), true).size(), QSize(341, 277));
+    // The mouse reads the same logical units at the fitted scale.
+    QCOMPARE(display->logicalAt(QPoint(g.pixelX(100), g.pixelY(64))), QPoint(100, 64));
+    if (!qEnvironmentVariableIsEmpty("ZORVIK_SCREENSHOT"))
+      w->grab().save(qEnvironmentVariable("ZORVIK_SCREENSHOT") + ".fit.png");
+
+    // Smaller again, the display gives the room back.
+    w->resize(w->size() - QSize(500, 400));
+    QTRY_VERIFY(w->display().canvas().geometry().halfScale() < 4);
+
+    // A stored zoom ends fitting: the display takes that zoom's size at once.
+    for (QMenu* m : w->findChildren<QMenu*>())
+      if (m->objectName() == "Zoom")
+        for (QAction* a : m->actions())
+          if (a->text() == "x2") a->trigger();
+    QVERIFY(!display->fitToWindow());
+    QVERIFY(!fit->isChecked());
+    QCOMPARE(display->size(), QSize(661, 533));
+    QCOMPARE(w->display().canvas().geometry().zoomIndex, 2);
+  }
+
+  void triggerLevelReadsInVoltsBesideItsMarker() {
+    auto w = make();
+    auto* display = w->findChild<ScopeDisplayWindow*>("Display");
+    const int row = w->display().inputs().triggerLevelRow;
+    QVERIFY(row >= 0 && row <= kTraceRows);
+    QVERIFY(!triggerLevelText(w->display().inputs()).empty());
+    // Yellow text against the right edge near the level's line, on the screen only.
+    const QImage shown = display->grab().toImage();
+    const DisplayGeometry& g = w->display().canvas().geometry();
+    const int y = g.pixelY(row);
+    int yellow = 0;
+    for (int x = g.pixelX(w->display().plotWidth()) - 60; x < g.pixelX(w->display().plotWidth()); ++x)
+      for (int dy = -16; dy <= 16; ++dy)
+        if (y + dy > g.pixelY(kTraceRows) && y + dy < g.pixelY(0) && dy != 0) {
+          const QRgb c = shown.pixel(x, y + dy);
+          yellow += qRed(c) > 150 && qGreen(c) > 150 && qBlue(c) < 80;
+        }
+    QVERIFY(yellow > 10);
+    const QImage saved = displayPicture(w->display(), w->display().labels(), true);
+    int savedYellow = 0;
+    for (int x = g.pixelX(w->display().plotWidth()) - 60; x < g.pixelX(w->display().plotWidth()); ++x)
+      for (int dy = -16; dy <= 16; ++dy)
+        if (y + dy > g.pixelY(kTraceRows) && y + dy < g.pixelY(0) && dy != 0) {
+          const QRgb c = saved.pixel(x, y + dy);
+          savedYellow += qRed(c) > 150 && qGreen(c) > 150 && qBlue(c) < 80;
+        }
+    QCOMPARE(savedYellow, 0);
   }
 };
 
