@@ -58,6 +58,16 @@ int main(int argc, char** argv) {
     store.reset();
     settings = std::make_unique<zorvik::MemorySettings>();
   }
+  // --set values are stored before anything reads them, as if chosen in the menus.
+  try {
+    for (const std::string& s : commandLine.sets) {
+      const zorvik::SettingAssignment a = zorvik::parseSettingAssignment(s);
+      settings->SaveSettingValue(a.section, a.name, a.value);
+    }
+  } catch (const std::exception& e) {
+    QMessageBox::critical(nullptr, QString::fromStdString(identity.InstanceTitle),
+                          QString::fromStdString(e.what()));
+  }
   // Some defaults hang on the processor's speed: a slower machine starts with less drawing work.
   settings->setCpuMHz(zorvik::CpuMHz());
 

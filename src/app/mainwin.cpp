@@ -487,7 +487,7 @@ void mainwin::copySelection(int magnification) {
   if (!s.visible) return;
   // The pixels as the screen shows them, labels included.
   const QImage shown = displayPicture(*scope_, scope_->labels(), true);
-  const DisplayGeometry& g = scope_->canvas().geometry();
+  const DisplayGeometry& g = scope_->canvas().zoomGeometry();  // the saved picture is laid out at the zoom
   const QRect r =
       QRect(QPoint(g.pixelX(s.left()), g.pixelY(s.top())), QPoint(g.pixelX(s.right()), g.pixelY(s.bottom())))
           .intersected(shown.rect());

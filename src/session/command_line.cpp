@@ -48,13 +48,14 @@ std::string programVersion() {
 }
 
 std::string guiUsage() {
-  return "usage: zorvik [first] [reset] [--sim KEY=VALUE,...] [--dev] [FILE.zrv]\n"
+  return "usage: zorvik [first] [reset] [--sim KEY=VALUE,...] [--set SECTION/NAME=VALUE] [--dev] [FILE.zrv]\n"
          "The Zorvik oscilloscope: the window of a one-channel USB oscilloscope, here on its simulated\n"
          "instrument.\n"
          "  first                this process is the first instance even while another runs\n"
          "  reset                this instance's settings back to their defaults before the start\n"
          "  --sim KEY=VALUE,...  the simulated instrument (signal, freq, amplitude, offset, noise,\n"
          "                       fault, ...; repeatable)\n"
+         "  --set SECTION/NAME=VALUE  a setting stored before the start (repeatable)\n"
          "  --dev                the developer's plot speed test (key T)\n"
          "  FILE.zrv             a packet file shown at the start instead of default.zrv\n"
          "  -h, --help           this text\n"
