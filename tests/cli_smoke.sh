@@ -222,6 +222,36 @@ mkfifo "$tmp/fifo"
 "$cli" csv "$tmp/s/0001.zrv" --out "$tmp/fifo" 2>/dev/null; rc=$?
 check "fifo target refused" "[ $rc -eq 2 ] && [ -p '$tmp/fifo' ]"
 
+# Pictures, animations and histograms as the window saves them.
+"$cli" sim --packets 3 --out "$tmp/pics" --sim signal=sine,noise=0.2 >/dev/null
+"$cli" picture "$tmp"/pics/*.zrv --out "$tmp/p.gif" --wide --persist color; rc=$?
+check "picture gif" "[ $rc -eq 0 ] && [ \"\$(head -c 6 $tmp/p.gif)\" = GIF87a ]"
+"$cli" picture "$data" --out "$tmp/t.gif" --transparent --labels; rc=$?
+check "picture transparent gif" "[ $rc -eq 0 ] && [ \"\$(head -c 6 $tmp/t.gif)\" = GIF89a ]"
+"$cli" picture "$data" --out "$tmp/p.bmp" --zoom 1; rc=$?
+check "picture bmp" "[ $rc -eq 0 ] && [ \"\$(head -c 2 $tmp/p.bmp)\" = BM ]"
+"$cli" picture "$data" --out "$tmp/p.jpg"; rc=$?
+check "picture jpeg comment" "[ $rc -eq 0 ] && grep -qa 'Zorvik oscilloscope screen capture' $tmp/p.jpg"
+"$cli" picture "$data" --out "$tmp/p.png" 2>/dev/null; rc=$?
+check "picture unknown format exit 2" "[ $rc -eq 2 ] && [ ! -e $tmp/p.png ]"
+cp "$tmp/p.bmp" "$tmp/keep.bmp"
+(trap '' XFSZ; ulimit -f 1; "$cli" picture "$data" --out "$tmp/p.bmp" --wide 2>/dev/null); rc=$?
+check "picture cut short keeps the old file" "[ $rc -eq 2 ] && cmp -s $tmp/p.bmp $tmp/keep.bmp"
+"$cli" animate "$tmp"/pics/*.zrv --out "$tmp/a.gif" --delay-ms 250; rc=$?
+frames() { LC_ALL=C grep -obUaP '\x21\xF9\x04\x08\x19\x00' "$1" | wc -l; }
+check "animate frames" "[ $rc -eq 0 ] && grep -qa NETSCAPE2.0 $tmp/a.gif && [ \$(frames $tmp/a.gif) -eq 2 ]"
+"$cli" animate --out "$tmp/none.gif" 2>"$tmp/err"; rc=$?
+check "animate of no frames exit 2" "[ $rc -eq 2 ] && [ ! -e $tmp/none.gif ] && grep -q 'no frames' $tmp/err"
+out=$("$cli" histogram "$data" --csv "$tmp/h.csv" --percent); rc=$?
+check "histogram json" "[ $rc -eq 0 ] && echo '$out' | grep -q '\"max_count\":[1-9]' && echo '$out' | grep -q '\"level_low\":-0.8'"
+check "histogram csv leading blanks" "[ \$(tr '\r' '\n' < $tmp/h.csv | grep -c '^ [0-9]') -eq 256 ]"
+printf 'Zorvik\001\020\020\000\000\000abcdefghijklmnop' > "$tmp/case.zrv"
+"$cli" decode "$tmp/case.zrv" 2>"$tmp/err" >/dev/null; rc=$?
+check "zrv without its magic refused" "[ $rc -eq 2 ] && grep -q 'This is not zorvik file' $tmp/err"
+cp "$tmp/case.zrv" "$tmp/case.bin"
+"$cli" decode "$tmp/case.bin" >/dev/null; rc=$?
+check "raw packet under another name read" "[ $rc -eq 0 ]"
+
 # Help and version print on stdout and exit 0, for the tool and for each command, even where the rest of
 # the line is wrong; every option a command's source reads is in some command's help.
 out=$("$cli" --help); rc=$?
