@@ -113,7 +113,7 @@ class MainController : public DeviceContext, public ObexEvents, public PacketHos
   QTimer firstTimeTimer_;
   bool sessionSetupDone_ = false;
   bool timeoutsWaitForClock_ = false;  // the clock of the second time-base rule is not echoed yet
-  bool inShowWait_ = false;  // inside the wait of a packet of a parallel transfer
+  bool inShowWait_ = false;            // inside the wait of a packet of a parallel transfer
   int risRow_ = 0;
   RollCanvas noCanvas_;
   std::function<RollSettings()> rollSettings_;
