@@ -10,6 +10,7 @@
 #include "display/scope_display.h"
 #include "export/display_pictures.h"
 #include "export/picture_options.h"
+#include "export/wallpaper_show.h"
 #include "session/main_controller.h"
 
 namespace zorvik {
@@ -71,6 +72,25 @@ void addPictureMenu(QMenu* file, MainController& main, FileDialogs& dialogs, Set
   option("with labels", "SaveWithLabels", PictureOptions::WithLabels);
   option("auto file name", "AutoPictureFileName", PictureOptions::AutoFileName);
   option("transparent GIF", "transparentGIF", PictureOptions::TransparentGif);
+
+  // The wall mode is not kept: each start begins without it. The stage joins the end of the display's
+  // chain when first switched on.
+  auto wall = std::make_shared<WallpaperShow>();
+  wall->capture = [&display, options] {
+    return displayPicture(display, display.labels(), options->withLabels());
+  };
+  QAction* showWall = menu->addAction("Wallpaper show");
+  showWall->setObjectName("ShowWall");
+  showWall->setCheckable(true);
+  wall->onFault = [showWall, fault](const std::string& text) {
+    const QSignalBlocker b(showWall);
+    showWall->setChecked(false);
+    fault(text);
+  };
+  QObject::connect(showWall, &QAction::toggled, menu, [wall, &display](bool on) {
+    wall->appendTo(display);
+    wall->setOn(on);
+  });
 }
 
 }  // namespace zorvik

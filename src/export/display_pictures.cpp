@@ -51,6 +51,8 @@ void writePictureFile(PictureTarget target, const QImage& picture, const std::st
   throw Fault("No picture file for that target: " + path);
 }
 
+void writeWallpaper(const QImage& picture) { writeBmp(picture, kWallpaperFile); }
+
 std::string autoPictureName(uint32_t tickMs, const char* extension) {
   return std::to_string(tickMs) + "." + extension;
 }
@@ -121,7 +123,7 @@ void DisplayPictures::save(PictureTarget target, const std::function<QImage()>& 
       return;
     case PictureTarget::Wallpaper:
       // The desktop's wallpaper belongs to the desktop here: the picture is left in the file for it.
-      writeBmp(picture(), kWallpaperFile);
+      writeWallpaper(picture());
       return;
   }
 }

@@ -46,6 +46,10 @@ std::string autoPictureName(uint32_t tickMs, const char* extension);
 void writePictureFile(PictureTarget target, const QImage& picture, const std::string& path,
                       const char* jpegComment, bool gifTransparent, uint32_t transparentColor);
 
+// The wallpaper file in the current folder: the desktop takes its wallpaper from there. Fault when it
+// can't be written; an earlier file then stays as it was.
+void writeWallpaper(const QImage& picture);
+
 // What the display shows: its surface, with the labels over it when asked.
 QImage displayPicture(const ScopeDisplay& display, const DisplayLabels& labels, bool withLabels);
 
