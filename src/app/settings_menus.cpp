@@ -1,19 +1,22 @@
 // The menus "Registry" (RegistryMenu) and "All setting" (Setting) of the main window.
 #include <QCoreApplication>
-#include <QDir>
-#include <QFile>
-#include <QFileDialog>
 #include <QMenuBar>
 #include <QProcess>
 
 #include "app/mainwin.h"
 #include "config/settings_menu.h"
+#include "export/file_dialogs.h"
 
 namespace zorvik {
 
 namespace {
-QString dialogTitle(const char* verb, const char* category) {
-  return QString("%1: Zorvik %2").arg(verb, category);
+// The double-zero list of the settings file's one type.
+std::string settingFileFilter() {
+  std::string list = kSettingFileDescription;
+  list += '\0';
+  list += kSettingFilePattern;
+  list += std::string(2, '\0');
+  return list;
 }
 }  // namespace
 
@@ -53,18 +56,12 @@ void mainwin::settingClick(int index) {
   guarded([&] {
     std::string file;
     bool online = main_->Online();
+    // Through the common dialog: each kind keeps its last folder, and names stay the file system's bytes.
     if (index == 0) {
-      // The name as the file system's bytes, so that any name the system allows round-trips.
-      file =
-          QFile::encodeName(QFileDialog::getSaveFileName(this, dialogTitle("File Save", kSaveSettingCategory),
-                                                         QDir::currentPath(), kSettingFileDescription))
-              .toStdString();
-      if (!file.empty() && file.find('.') == std::string::npos) file += ".reg";
+      file = SaveFileDialog(fileDialogs_, settings_, settingFileFilter(), kSettingFileExtension,
+                            kSaveSettingCategory);
     } else if (index == 1 && !online) {
-      file = QFile::encodeName(QFileDialog::getOpenFileName(this,
-                                                            dialogTitle("File Open", kRestoreSettingCategory),
-                                                            QDir::currentPath(), kSettingFileDescription))
-                 .toStdString();
+      file = OpenFileDialog(fileDialogs_, settings_, settingFileFilter(), kRestoreSettingCategory);
       if (file.empty()) return;  // a cancelled dialog ends the command without effect
     }
     MenuOutcome out = Setting_Click(index, *store_, settingsName(), file, online);
