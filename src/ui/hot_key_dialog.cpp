@@ -6,6 +6,7 @@
 #include <QVBoxLayout>
 
 #include "config/hot_key.h"
+#include "ui/qt_message_sink.h"
 
 namespace zorvik {
 
@@ -56,11 +57,38 @@ HotKey::HotKey(SettingsStore& settings, QWidget* parent) : QDialog(parent), sett
   column->addLayout(keys);
 }
 
-void HotKey::SetKey(QWidget* window, const std::string& name, SettingsStore& settings) {
+HotKeyTable& HotKey::table() {
+  static HotKeyTable keys;
+  return keys;
+}
+
+void HotKey::SetKey(QWidget* window, const std::string& name, SettingsStore& settings,
+                    MessageSink* messages) {
   if (!window) return;
-  const HotKeyValue key = readHotKey(settings, name);
+  QtMessageSink own(settings, "");
+  own.setOwner(window);
+  bool wantsSetup = false;
+  switch (giveStoredHotKey(table(), settings, messages ? *messages : own, name, wantsSetup)) {
+    case HotKeyTable::Outcome::Cleared:
+    case HotKeyTable::Outcome::Given:
+      bindShortcut(window, name, readHotKey(settings, name));
+      break;
+    case HotKeyTable::Outcome::Occupied:
+      if (wantsSetup) {
+        auto* dialog = new HotKey(settings, window);
+        dialog->setMessages(messages);
+        dialog->SetupDisplay(window, name);
+      }
+      break;
+  }
+}
+
+void HotKey::bindShortcut(QWidget* window, const std::string& name, const HotKeyValue& key) {
   const QString object = QString::fromStdString("HotKey " + name);
-  delete window->findChild<QShortcut*>(object);
+  if (QShortcut* old = window->findChild<QShortcut*>(object)) {
+    QObject::disconnect(old, &QObject::destroyed, nullptr, nullptr);  // the name keeps its new key
+    delete old;
+  }
   if (!key.registrable()) return;
   auto* shortcut = new QShortcut(sequence(key), window);
   shortcut->setObjectName(object);
@@ -70,6 +98,8 @@ void HotKey::SetKey(QWidget* window, const std::string& name, SettingsStore& set
     window->raise();
     window->activateWindow();
   });
+  // A window that closes for good frees its key for the others.
+  QObject::connect(shortcut, &QObject::destroyed, [name] { table().release(name); });
 }
 
 void HotKey::SetupDisplay(QWidget* window, const std::string& name) {
@@ -88,8 +118,13 @@ void HotKey::KeySET_Click() {
   for (int i = 0; i < 3; ++i)
     if (FirstKeyOption[static_cast<size_t>(i)]->isChecked()) key.modifier = kModifiers[i];
   key.symbol = hotKeySymbol(SymbolHotKey->text().toStdString());
-  saveHotKey(settings_, name_, key);
-  SetKey(window_, name_, settings_);
+  QtMessageSink own(settings_, "");
+  own.setOwner(this);
+  // Refused, the dialog stays for another key.
+  if (giveChosenHotKey(table(), settings_, messages_ ? *messages_ : own, name_, key) ==
+      HotKeyTable::Outcome::Occupied)
+    return;
+  if (window_) bindShortcut(window_, name_, key);
   accept();
 }
 
