@@ -278,5 +278,11 @@ for bad in "" "nosuch" "decode --nosuch"; do
   check "mistake '$bad': one line, exit 2" "[ $rc -eq 2 ] && [ \$(wc -l < $tmp/err) -eq 1 ]"
 done
 
+# The scaled CSV: a header, a row a sample at the given scale, LF ends; a scale without --scaled is refused.
+"$cli" csv "$tmp/s/0001.zrv" --out "$tmp/v.csv" --scaled --volts-per-div 0.5 --sample-period 2e-6; rc=$?
+check "csv --scaled" "[ $rc -eq 0 ] && head -1 $tmp/v.csv | grep -Eqx 'time_s,(volts|min_v,max_v)' && sed -n 3p $tmp/v.csv | grep -q '^2e-06,' && ! grep -q \$'\\r' $tmp/v.csv"
+"$cli" csv "$tmp/s/0001.zrv" --out "$tmp/w.csv" --zero 1 2>/dev/null; rc=$?
+check "csv scale without --scaled exit 2" "[ $rc -eq 2 ] && [ ! -e $tmp/w.csv ]"
+
 echo "$pass passed, $fail failed"
 [ "$fail" -eq 0 ]

@@ -31,6 +31,10 @@ void addPacketFileMenu(QMenu* menu, MainController& main, FileDialogs& dialogs) 
     runGuarded(main, [&] { PacketFiles(main, dialogs).SaveLastPacket2csv(); });
   });
   csv->setObjectName("SaveLastPacket2csv");
+  QAction* scaled = menu->addAction("Save to CSV (time, volts)", menu, [&main, &dialogs] {
+    runGuarded(main, [&] { PacketFiles(main, dialogs).SaveLastPacket2scaledCsv(); });
+  });
+  scaled->setObjectName("SaveLastPacket2scaledCsv");
   QAction* restore = menu->addAction("Restore from file", menu, [&main, &dialogs] {
     runGuarded(main, [&] { PacketFiles(main, dialogs).RestorePacketFromBinary(); });
   });

@@ -139,9 +139,12 @@ const std::vector<CliCommand> kCommands = {
      "  --samples N          simulated samples a packet, 16 to 16384 (default 332)\n" +
          kDisplayHelp},
     {"csv", runCsvCommand, "the packet CSV of a packet or zrv file",
-     "usage: zorvik-cli csv FILE --out OUT.csv\n"
+     "usage: zorvik-cli csv FILE --out OUT.csv [--scaled [scale options]]\n"
      "The packet CSV of a raw packet or zrv file, as the window's File menu saves it.\n"
-     "  --out OUT.csv        the file to write\n"},
+     "  --out OUT.csv        the file to write\n"
+     "  --scaled             time_s,volts rows instead (peak records time_s,min_v,max_v),\n"
+     "                       LF line ends, time 0 at the first sample; with these options:\n" +
+         kScaleHelp},
     {"sim", runSimCommand, "single acquisitions of the simulated instrument saved as zrv files",
      "usage: zorvik-cli sim --packets N --out DIR [options]\n"
      "N single acquisitions of the simulated instrument, saved as DIR/0001.zrv, DIR/0002.zrv, ...\n"

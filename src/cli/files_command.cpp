@@ -20,6 +20,7 @@
 #include "export/packet_files.h"
 #include "export/text_file.h"
 #include "export/zrv_file.h"
+#include "link/device_context.h"
 #include "session/command_line.h"
 #include "session/headless_session.h"
 
@@ -140,20 +141,39 @@ int simulate(const SimRun& run, std::ostream& out, std::ostream& err) {
 int runCsvCommand(const std::vector<std::string>& args, std::ostream&, std::ostream& err) {
   try {
     std::string input, output;
+    bool scaled = false, scaleGiven = false;
+    ScaleOptions scale;
     for (size_t i = 0; i < args.size(); ++i) {
       std::string v;
       if (takeValue(args, i, "--out", v))
         output = v;
+      else if (args[i] == "--scaled")
+        scaled = true;
+      else if (takeScaleOption(args, i, scale))
+        scaleGiven = true;
       else if (args[i].rfind("-", 0) == 0 || !input.empty())
         throw Fault("unexpected argument: " + args[i]);
       else
         input = args[i];
     }
-    if (input.empty() || output.empty()) throw Fault("usage: zorvik-cli csv FILE --out OUT.csv");
+    if (input.empty() || output.empty())
+      throw Fault(
+          "usage: zorvik-cli csv FILE --out OUT.csv [--scaled [--volts-per-div V] [--zero V] "
+          "[--sample-period S]]");
+    // The raw codes have no scale: a scale given to them would be silently lost.
+    if (scaleGiven && !scaled) throw Fault("--volts-per-div, --zero and --sample-period need --scaled");
     std::string bytes = readPacketBytes(input);
     if (std::optional<ZrvContents> zrv = parseZrv(bytes)) bytes = std::move(zrv->packet);
     requirePacket(input, bytes);
-    writeFileReplacing(output, textFileBytes(packetCsvText(bytes)));
+    if (scaled) {
+      RecordScale record;
+      record.FullScaleVolts = static_cast<float>(8 * scale.voltsPerDiv);
+      record.ZeroVolts = static_cast<float>(scale.zero);
+      record.SamplePeriod = static_cast<float>(scale.samplePeriod);
+      writeFileReplacing(output, scaledCsvText(bytes, record));
+    } else {
+      writeFileReplacing(output, textFileBytes(packetCsvText(bytes)));
+    }
     return 0;
   } catch (const std::exception& e) {
     return failed(err, e.what());

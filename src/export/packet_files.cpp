@@ -2,6 +2,7 @@
 
 #include <exception>
 
+#include "core/file_write.h"
 #include "export/acquisition_hold.h"
 #include "export/csv_text.h"
 #include "export/file_io.h"
@@ -23,6 +24,17 @@ void PacketFiles::SaveLastPacket2binary() {
 
 void PacketFiles::SaveLastPacket2csv() {
   saveCsv([this] { return packetCsvText(main_.LastPacket()); }, "Last packet body saved:");
+}
+
+void PacketFiles::SaveLastPacket2scaledCsv() {
+  const std::string text = scaledCsvText(main_.LastPacket(), main_.scale());
+  AcquisitionHold hold(main_.link());
+  std::string path = SaveFileDialog(dialogs_, main_.settings(), kCsvFilter, kCsvExtension, kCsvCategory);
+  if (path.empty()) return;
+  writeFileReplacing(path, text);
+  hold.release();
+  main_.messages().show(BoxKind::InfoBox, main_.identity().InstanceTitle,
+                        "Last packet saved in seconds and volts:\r\n" + path, kCsvSavedKey);
 }
 
 void PacketFiles::saveCsv(const std::function<std::string()>& text, const std::string& savedText) {

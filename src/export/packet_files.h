@@ -35,6 +35,9 @@ class PacketFiles {
   void SaveLastPacket2binary();
   // Menu "Save last packet:" / "CSV file".
   void SaveLastPacket2csv();
+  // Menu "Save to CSV (time, volts)": the last packet in seconds and volts at the record's scale. A
+  // packet with nothing to export is refused before the dialog; a cancelled dialog writes nothing.
+  void SaveLastPacket2scaledCsv();
   // Menu "Restore from file". A serial acquisition stays stopped afterwards.
   void RestorePacketFromBinary();
   // An empty name or a missing file is silent; a file without the magic is reported and changes nothing;

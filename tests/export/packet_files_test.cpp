@@ -225,3 +225,37 @@ TEST_F(PacketFilesTest, APacketFileNamedAtStartTakesThePlaceOfTheDefault) {
   EXPECT_NE(sink.messages[0].text.find("missing.zrv"), std::string::npos);
   EXPECT_EQ(main.LastPacket(), kPacket);
 }
+
+TEST_F(PacketFilesTest, ScaledCsvUsesTheRecordsScaleAndReplacesTheFile) {
+  link.serial = true;
+  {
+    RecordScale scale = main.scale();
+    scale.FullScaleVolts = 3.2f;
+    scale.ZeroVolts = -1;
+    scale.SamplePeriod = 5e-7f;
+    main.setScale(scale);
+  }
+  main.setLastPacket("\x10\x00\x00\x00\x80\xc0\x40\x00\x80\x80"s);
+  std::string path = dir.file("v.csv");
+  writeFile(path, std::string(500, 'x'));
+  fs::create_hard_link(path, dir.file("old"));
+  dialogs.answers = {dir.file("v")};  // typed without extension
+  files.SaveLastPacket2scaledCsv();
+  EXPECT_EQ(readFile(path),
+            "time_s,volts\n0,-1\n5e-07,-0.2\n1e-06,-1.8\n1.5e-06,-2.6\n2e-06,-1\n2.5e-06,-1\n");
+  EXPECT_EQ(readFile(dir.file("old")), std::string(500, 'x'));
+  EXPECT_EQ(log, (Log{"hold", "dialog", "resume", "infobox"}));
+  EXPECT_EQ(sink.messages[0].text, "Last packet saved in seconds and volts:\r\n" + path);
+  EXPECT_EQ(dialogs.requests[0].title, "File Save: Zorvik CSV data");
+}
+
+TEST_F(PacketFilesTest, ScaledCsvOfNoPacketIsRefusedBeforeTheDialogAndCancelIsSilent) {
+  link.serial = true;
+  main.setLastPacket("");
+  EXPECT_THROW(files.SaveLastPacket2scaledCsv(), Fault);
+  EXPECT_TRUE(log.empty());
+  main.setLastPacket(kPacket);
+  files.SaveLastPacket2scaledCsv();  // cancelled
+  EXPECT_EQ(log, (Log{"hold", "dialog", "resume"}));
+  EXPECT_TRUE(fs::is_empty(dir.file("")));
+}

@@ -1,10 +1,12 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 
 #include "core/fault.h"
 #include "export/csv_text.h"
 #include "export/zrv_file.h"
+#include "link/device_context.h"
 
 using namespace zorvik;
 using namespace std::string_literals;
@@ -53,4 +55,67 @@ TEST(PacketCsv, BytesFromTheFifthOnWithTheirSignBlankAndACarriageReturn) {
   std::string negative;
   appendCsvInteger(negative, -7);
   EXPECT_EQ(negative, "-7\r");
+}
+
+namespace {
+
+RecordScale scaleOf(float fullScale, float zero, float period) {
+  RecordScale s;
+  s.FullScaleVolts = fullScale;
+  s.ZeroVolts = zero;
+  s.SamplePeriod = period;
+  return s;
+}
+
+}  // namespace
+
+TEST(ScaledCsv, ByteRecordIsOneRowASampleFromTheFirstSampleOn) {
+  // Mid code is ZeroVolts; the rails are 128 codes away; the code above mid is 1/256 of full scale.
+  const std::string packet = "\x10\x00\x00\x00\x80\xc0\x40\x00\xff\x81"s;
+  EXPECT_EQ(scaledCsvText(packet, scaleOf(1.6f, 0.1f, 1e-6f)),
+            "time_s,volts\n"
+            "0,0.1\n"
+            "1e-06,0.5\n"
+            "2e-06,-0.3\n"
+            "3e-06,-0.7\n"
+            "4e-06,0.89375\n"
+            "5e-06,0.10625\n");
+}
+
+TEST(ScaledCsv, SixteenBitRecordReadsHighByteFirst) {
+  const std::string packet = "\x10\x00\x01\x00\x80\x00\xc0\x00\x40\x01"s;
+  EXPECT_EQ(scaledCsvText(packet, scaleOf(1.6f, 0, 2e-6f)),
+            "time_s,volts\n"
+            "0,0\n"
+            "2e-06,0.4\n"
+            "4e-06,-0.3999756\n");
+}
+
+TEST(ScaledCsv, PeakRecordGivesOrderedPairsAndOneCharacterPairsSpanTwoPeriods) {
+  const std::string pairs = "\x40\xc0\xc0\x40\x80\x80"s;
+  EXPECT_EQ(scaledCsvText("\x10\x00\x02\x00"s + pairs, scaleOf(1.6f, 0, 1e-6f)),
+            "time_s,min_v,max_v\n"
+            "0,-0.4,0.4\n"
+            "2e-06,-0.4,0.4\n"
+            "4e-06,0,0\n");
+  // Two-byte peak samples: a pair a period; an odd last character is no pair.
+  EXPECT_EQ(scaledCsvText("\x10\x00\x03\x00"s + pairs + "\x10", scaleOf(1.6f, 0, 1e-6f)),
+            "time_s,min_v,max_v\n"
+            "0,-0.4,0.4\n"
+            "1e-06,-0.4,0.4\n"
+            "2e-06,0,0\n");
+}
+
+TEST(ScaledCsv, LongRecordHasOnlyLfEndsAndExactTimes) {
+  const std::string packet = "\x10\x00\x00\x00"s + std::string(100000, '\x80');
+  const std::string text = scaledCsvText(packet, scaleOf(1.6f, 0, 1e-8f));
+  EXPECT_EQ(text.find('\r'), std::string::npos);
+  EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 100001);
+  EXPECT_EQ(text.substr(text.size() - 14), "\n0.00099999,0\n");
+}
+
+TEST(ScaledCsv, NoPacketOrSeveralSegmentsAreRefused) {
+  EXPECT_THROW(scaledCsvText("", RecordScale{}), Fault);
+  EXPECT_THROW(scaledCsvText("\x10\x00\x00\x00\x80\x80\x80\x80\x80"s, RecordScale{}), Fault);
+  EXPECT_THROW(scaledCsvText("\x40\x00\x00\x00\x00\x00\x80\x80\x80\x80"s, RecordScale{}), Fault);
 }
