@@ -63,6 +63,37 @@ class PacketFilesWidgetTest : public QObject {
     QVERIFY(QString::fromStdString(sink.messages.back().text).contains("/no/such/folder/p.zrv"));
   }
 
+  void scaledCsvEntryStandsBesideTheCsvEntryAndWritesVolts() {
+    MemorySettings settings;
+    RecordingSink sink;
+    MainView view;
+    MainController main(settings, sink, view);
+    ScriptedFileDialogs dialogs;
+    QMenu menu;
+    addPacketFileMenu(&menu, main, dialogs);
+    auto* scaled = menu.findChild<QAction*>("SaveLastPacket2scaledCsv");
+    QVERIFY(scaled);
+    QCOMPARE(scaled->text(), QString("Save to CSV (time, volts)"));
+    const QList<QAction*> items = menu.actions();
+    const qsizetype at = items.indexOf(scaled);
+    QVERIFY(at > 0);
+    QCOMPARE(items[at - 1]->menu(), menu.findChild<QMenu*>("SaveLastPacket"));
+
+    // No packet yet: the critical box, and no dialog asked.
+    scaled->trigger();
+    QCOMPARE(sink.messages.back().kind, BoxKind::Critical);
+    QVERIFY(dialogs.requests.empty());
+
+    QTemporaryDir dir;
+    main.setLastPacket(std::string("\x10\x00\x00\x00\x80\xc0\x80\x80\x80\x80", 10));
+    dialogs.answers = {dir.filePath("v.csv").toStdString()};
+    scaled->trigger();
+    QFile file(dir.filePath("v.csv"));
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QVERIFY(file.readAll().startsWith("time_s,volts\n0,0\n1e-06,0.4\n"));
+    QCOMPARE(sink.messages.back().kind, BoxKind::InfoBox);
+  }
+
   void qtDialogShowsTheRequestAndReportsWhereItEnded() {
     QTemporaryDir dir;
     QDir(dir.path()).mkdir("sub");
