@@ -51,7 +51,9 @@ void writePictureFile(PictureTarget target, const QImage& picture, const std::st
   throw Fault("No picture file for that target: " + path);
 }
 
-void writeWallpaper(const QImage& picture) { writeBmp(picture, kWallpaperFile); }
+void writeWallpaper(const QImage& picture) {
+  writeBmp(picture, kWallpaperFile);
+}
 
 std::string autoPictureName(uint32_t tickMs, const char* extension) {
   return std::to_string(tickMs) + "." + extension;
