@@ -13,6 +13,7 @@
 #include "firmware/fw_update_window.h"
 #include "sim/sim_config.h"
 #include "sim/simulated_obex.h"
+#include "window_fixture.h"
 
 using namespace zorvik;
 
@@ -22,12 +23,7 @@ class DevicePagesTest : public QObject {
 
  private:
   std::unique_ptr<mainwin> make() {
-    SimConfig config;
-    applySimOptions(config, "rate=max");
-    CommandLine cl;
-    auto w =
-        std::make_unique<mainwin>(settings_, makeIdentity(1), std::make_unique<SimulatedObex>(config), cl);
-    w->show();
+    auto w = test::simWindow(settings_, "rate=max");
     return w;
   }
   static DeviceSettingPage* open(mainwin& w, const QString& item, const char* object) {

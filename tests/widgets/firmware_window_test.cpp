@@ -16,6 +16,7 @@
 #include "session/scope_session.h"
 #include "sim/sim_config.h"
 #include "sim/simulated_obex.h"
+#include "window_fixture.h"
 
 using namespace zorvik;
 
@@ -76,12 +77,7 @@ class FirmwareWindowTest : public QObject {
 
  private:
   std::unique_ptr<mainwin> connected() {
-    SimConfig config;
-    applySimOptions(config, "rate=max");
-    CommandLine cl;
-    auto w =
-        std::make_unique<mainwin>(settings_, makeIdentity(1), std::make_unique<SimulatedObex>(config), cl);
-    w->show();
+    auto w = test::simWindow(settings_, "rate=max");
     QTest::mouseClick(w->findChild<QPushButton*>("KeyConnect"), Qt::LeftButton);
     [&] { QTRY_COMPARE_WITH_TIMEOUT(w->core().sessionState(), SessionState::Ready, 5000); }();
     return w;

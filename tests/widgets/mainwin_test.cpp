@@ -16,6 +16,7 @@
 #include "sim/sim_config.h"
 #include "sim/simulated_obex.h"
 #include "ui/hot_key_dialog.h"
+#include "window_fixture.h"
 
 using namespace zorvik;
 
@@ -24,12 +25,7 @@ class MainwinTest : public QObject {
 
  private:
   std::unique_ptr<mainwin> make(const std::string& sim) {
-    SimConfig config;
-    applySimOptions(config, sim);
-    CommandLine cl;
-    auto w =
-        std::make_unique<mainwin>(settings_, makeIdentity(1), std::make_unique<SimulatedObex>(config), cl);
-    w->show();
+    auto w = test::simWindow(settings_, sim);
     return w;
   }
   MemorySettings settings_ = [] {

@@ -11,26 +11,22 @@
 #include "export/scripted_file_dialogs.h"
 #include "session/main_controller.h"
 #include "ui/file_dialog_qt.h"
+#include "window_fixture.h"
 
 using namespace zorvik;
+using zorvik::test::onDialog;
 
 namespace {
-// Acts on the file dialog once it stands, and again at every tick until it closes: a dialog still busy
-// reading its folder may ignore the first accept. The test goes on when exec() returns.
-void onDialog(std::function<void(QFileDialog*)> act) {
-  auto* timer = new QTimer;
-  QObject::connect(timer, &QTimer::timeout, [timer, act] {
-    for (QWidget* w : QApplication::topLevelWidgets()) {
-      if (auto* d = qobject_cast<QFileDialog*>(w); d && d->isVisible()) {
-        QObject::connect(d, &QDialog::finished, timer, &QTimer::stop, Qt::UniqueConnection);
-        QObject::connect(d, &QDialog::finished, timer, &QObject::deleteLater, Qt::UniqueConnection);
-        act(d);
-        return;
-      }
-    }
-  });
-  timer->start(20);
-}
+// The File menu's packet entries on a core with scripted dialogs.
+struct MenuRig {
+  MemorySettings settings;
+  RecordingSink sink;
+  MainView view;
+  MainController main{settings, sink, view};
+  ScriptedFileDialogs dialogs;
+  QMenu menu;
+  MenuRig() { addPacketFileMenu(&menu, main, dialogs); }
+};
 }  // namespace
 
 class PacketFilesWidgetTest : public QObject {
@@ -38,13 +34,8 @@ class PacketFilesWidgetTest : public QObject {
 
  private slots:
   void menuEntriesAndTheirFaults() {
-    MemorySettings settings;
-    RecordingSink sink;
-    MainView view;
-    MainController main(settings, sink, view);
-    ScriptedFileDialogs dialogs;
-    QMenu menu;
-    addPacketFileMenu(&menu, main, dialogs);
+    MenuRig rig;
+    auto& [settings, sink, view, main, dialogs, menu] = rig;
     auto* save = menu.findChild<QMenu*>("SaveLastPacket");
     auto* binary = menu.findChild<QAction*>("SaveLastPacket2binary");
     auto* csv = menu.findChild<QAction*>("SaveLastPacket2csv");
@@ -64,13 +55,8 @@ class PacketFilesWidgetTest : public QObject {
   }
 
   void scaledCsvEntryStandsBesideTheCsvEntryAndWritesVolts() {
-    MemorySettings settings;
-    RecordingSink sink;
-    MainView view;
-    MainController main(settings, sink, view);
-    ScriptedFileDialogs dialogs;
-    QMenu menu;
-    addPacketFileMenu(&menu, main, dialogs);
+    MenuRig rig;
+    auto& [settings, sink, view, main, dialogs, menu] = rig;
     auto* scaled = menu.findChild<QAction*>("SaveLastPacket2scaledCsv");
     QVERIFY(scaled);
     QCOMPARE(scaled->text(), QString("Save to CSV (time, volts)"));

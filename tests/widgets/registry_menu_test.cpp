@@ -10,26 +10,12 @@
 #include "config/registry_store.h"
 #include "sim/sim_config.h"
 #include "sim/simulated_obex.h"
+#include "window_fixture.h"
 
 using namespace zorvik;
+using zorvik::test::onDialog;
 
 namespace {
-// Acts on the file dialog once it stands, and again at every tick until it closes (a dialog still reading
-// its folder may ignore the first accept).
-void onDialog(std::function<void(QFileDialog*)> act) {
-  auto* timer = new QTimer;
-  QObject::connect(timer, &QTimer::timeout, [timer, act] {
-    for (QWidget* w : QApplication::topLevelWidgets()) {
-      if (auto* d = qobject_cast<QFileDialog*>(w); d && d->isVisible()) {
-        QObject::connect(d, &QDialog::finished, timer, &QTimer::stop, Qt::UniqueConnection);
-        QObject::connect(d, &QDialog::finished, timer, &QObject::deleteLater, Qt::UniqueConnection);
-        act(d);
-        return;
-      }
-    }
-  });
-  timer->start(20);
-}
 
 QAction* settingAction(mainwin& w, const char* caption) {
   auto* setting = w.findChild<QMenu*>("Setting");
