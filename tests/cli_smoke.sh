@@ -126,6 +126,18 @@ check "render bad interp one line" "[ \$(wc -l < $tmp/err) -eq 1 ]"
 check "render bad interp writes nothing" "[ ! -e $tmp/x.png ]"
 "$cli" render "$data" --png "$tmp/x.png" --taps 48 2>/dev/null; rc=$?
 check "render taps not a power of two" "[ $rc -eq 2 ]"
+# The Spectrum and Stat windows' plots, drawn headless as the windows draw them.
+"$cli" render "$tmp/s/0001.zrv" --view spectrum --png "$tmp/sp.png" --db --range 70 --hzoom 10 --hpos 0 \
+  --markers 1000:3000 --interp lagrange --window 6; rc=$?
+check "render spectrum view" "[ $rc -eq 0 ] && [ \"\$(png_size $tmp/sp.png)\" = 420x276 ]"
+"$cli" render "$tmp/s/0001.zrv" --view histogram --png "$tmp/hi.png" --percent --style fill --vzoom 2; rc=$?
+check "render histogram view" "[ $rc -eq 0 ] && [ \"\$(png_size $tmp/hi.png)\" = 420x276 ]"
+for bad in "--view scope" "--view spectrum --hzoom 3" "--view spectrum --hpos 1.5" "--view spectrum --markers 5" \
+  "--view histogram --style bars" "--view spectrum --range 15"; do
+  # shellcheck disable=SC2086
+  "$cli" render "$tmp/s/0001.zrv" $bad --png "$tmp/bad.png" 2>"$tmp/err"; rc=$?
+  check "render $bad refused" "[ $rc -eq 2 ] && [ \$(wc -l < $tmp/err) -eq 1 ] && [ ! -e $tmp/bad.png ]"
+done
 
 out=$("$cli" timebase 0.001); rc=$?
 check "timebase exit" "[ $rc -eq 0 ]"

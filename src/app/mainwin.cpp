@@ -34,7 +34,6 @@
 #include "app/trigger_panel.h"
 #include "app/vertical_panel.h"
 #include "app/window_keys.h"
-#include "app/zoom_bar.h"
 #include "config/cpu_speed.h"
 #include "control/delay_control.h"
 #include "control/plot_inputs_source.h"
@@ -47,6 +46,7 @@
 #include "display/view_zoom.h"
 #include "export/acquisition_hold.h"
 #include "export/animation_recorder.h"
+#include "export/animation_save.h"
 #include "export/dialog_filter.h"
 #include "export/display_pictures.h"
 #include "export/file_dialogs.h"
@@ -61,6 +61,7 @@
 #include "stat/stat_stage.h"
 #include "stat/stat_window.h"
 #include "ui/hot_key_dialog.h"
+#include "ui/zoom_bar.h"
 
 namespace zorvik {
 
@@ -261,8 +262,8 @@ void mainwin::MeterFFT_Click() {
     return;
   }
   if (!spectrum_) {
-    spectrum_ = new Spectrum(settings_, *spectrumStage_, *files_, this);
-    spectrum_->memoOn = [this] { return scope_->settings().memory != 0; };
+    spectrum_ =
+        new Spectrum(settings_, *spectrumStage_, *files_, *main_, fileDialogs_, &control_->timebase(), this);
     spectrum_->onFault = [this](const std::string& text) {
       sink_.show(BoxKind::Critical, main_->identity().InstanceTitle, text, "");
     };
@@ -283,8 +284,7 @@ void mainwin::MeterStat_Click() {
     return;
   }
   if (!stat_) {
-    stat_ = new Stat(settings_, *statStage_, *files_, this);
-    stat_->memoOn = [this] { return scope_->settings().memory != 0; };
+    stat_ = new Stat(settings_, *statStage_, *files_, *main_, fileDialogs_, this);
     stat_->onFault = [this](const std::string& text) {
       sink_.show(BoxKind::Critical, main_->identity().InstanceTitle, text, "");
     };
@@ -529,23 +529,12 @@ void mainwin::buildAnimationMenu(QMenu* file) {
 }
 
 void mainwin::saveAnimation(std::vector<AniGIF::Frame> frames) {
-  if (frames.empty()) return;
-  AcquisitionHold hold(main_->link());
-  static constexpr std::string_view kGif = filterList("Graphics Interchange Format (*.gif)\0*.gif\0\0");
-  const std::string path = SaveFileDialog(fileDialogs_, settings_, kGif, "gif", "Animations");
-  if (path.empty()) {
-    hold.keepStopped();
-    return;
-  }
   const uint32_t colour = PictureOptions(settings_).transparentGif()
                               ? static_cast<uint32_t>(scope_->settings().backColor) & 0xFFFFFF
                               : AniGIF::kNoTransparent;
-  AniGIF().SaveAnimGIF(frames, path, colour);
-  hold.release();
-  const std::string& title = main_->identity().InstanceTitle;
-  if (sink_.show(BoxKind::QuestBox, title, "Animated GIF saved.\r\nDo you want view it?", "ViewAnimGIF") ==
-      kAnswerYes)
-    QDesktopServices::openUrl(QUrl::fromLocalFile(QFile::decodeName(QByteArray::fromStdString(path))));
+  const SavedAnimation saved = saveAnimationFrames(*main_, fileDialogs_, frames, colour);
+  if (saved.view)
+    QDesktopServices::openUrl(QUrl::fromLocalFile(QFile::decodeName(QByteArray::fromStdString(saved.path))));
 }
 
 void mainwin::showMemo(const QImage& picture) {

@@ -94,7 +94,21 @@ const std::vector<CliCommand> kCommands = {
      "  --png OUT.png        the picture to write\n"
      "  --labels             the window's labels and markers over the display\n"
      "  --repeat N           the files played N times in turn\n" +
-         kDisplayHelp},
+         kDisplayHelp +
+         "With --view, the plot of the Spectrum or Stat window instead, drawn as the window draws it:\n"
+         "  zorvik-cli render FILE --view spectrum|histogram --png OUT.png [view options]\n"
+         "  --view spectrum|histogram  the window whose plot is drawn\n"
+         "  --window 0..6        the spectrum's window function (Rectangular ... Blackman-Harris)\n"
+         "  --db                 the amplitude in dB of 1 V; --range 10..70 its visible range in dB\n"
+         "  --doubled, --dc      the zero-padded frame; the lowest bins kept\n"
+         "  --normalize          the scale set by the strongest line or the highest bin\n"
+         "  --percent            the histogram's counts in percent of the record\n"
+         "  --hzoom 1|2|5|10     the horizontal zoom; --hpos 0..1 the view's place (0 the left end)\n"
+         "  --vzoom 1|2|5|10     the vertical zoom; --vpos 0..1 the view's place (0 the bottom)\n"
+         "  --markers X1:X2      the two markers (Hz for the spectrum, volts for the histogram)\n"
+         "  --style line,pixel,fill  the plot's styles (default: the window's own)\n"
+         "  --interp none|sinxx|lanczos|lagrange  the interpolation between points\n"
+         "  --sample-period S, --volts-per-div V, --zero V  the record's scale (1 us, 0.2 V, 0 V)\n"},
     {"picture", runPictureCommand, "packets drawn on the display, saved as BMP, GIF or JPEG",
      "usage: zorvik-cli picture FILE... --out OUT.bmp|OUT.gif|OUT.jpg [options]\n"
      "The packets played in turn onto the display, saved as the File menu saves the picture (the format\n"

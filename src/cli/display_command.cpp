@@ -11,16 +11,16 @@
 
 namespace zorvik {
 
-namespace {
-
-int pick(const std::string& name, const std::string& text,
-         std::initializer_list<std::pair<const char*, int>> items) {
+int pickOption(const std::string& name, const std::string& text,
+               std::initializer_list<std::pair<const char*, int>> items) {
   for (const auto& [word, value] : items)
     if (text == word) return value;
   std::string all;
   for (const auto& item : items) all += std::string(all.empty() ? "" : "|") + item.first;
   throw Fault(name + " wants " + all + ": " + text);
 }
+
+namespace {
 
 void applySettings(const DisplayOptions& o, DisplaySettings& s) {
   for (const std::string& text : o.sets) {
@@ -48,7 +48,8 @@ bool takeDisplayOption(const std::vector<std::string>& args, size_t& i, DisplayO
   } else if (args[i] == "--wide") {
     o.wide = true;
   } else if (takeValue(args, i, "--interp", v)) {
-    o.interp = pick("--interp", v, {{"none", 0}, {"line", 1}, {"sinx", 2}, {"lanczos", 3}, {"lagrange", 4}});
+    o.interp =
+        pickOption("--interp", v, {{"none", 0}, {"line", 1}, {"sinx", 2}, {"lanczos", 3}, {"lagrange", 4}});
   } else if (takeValue(args, i, "--taps", v)) {
     const int taps = wholeNumberOption("--taps", v, 2, 256);
     if ((taps & (taps - 1)) != 0) throw Fault("--taps wants a power of two from 2 to 256: " + v);
@@ -56,15 +57,15 @@ bool takeDisplayOption(const std::vector<std::string>& args, size_t& i, DisplayO
     while ((1 << power) < taps) ++power;
     o.tapsPower = power;
   } else if (takeValue(args, i, "--hzoom", v)) {
-    o.hZoom = pick("--hzoom", v, {{"1", 1}, {"2", 2}, {"4", 4}, {"5", 5}, {"10", 10}});
+    o.hZoom = pickOption("--hzoom", v, {{"1", 1}, {"2", 2}, {"4", 4}, {"5", 5}, {"10", 10}});
   } else if (takeValue(args, i, "--vzoom", v)) {
-    o.vZoom = static_cast<float>(pick("--vzoom", v, {{"1", 1}, {"2", 2}, {"5", 5}, {"10", 10}}));
+    o.vZoom = static_cast<float>(pickOption("--vzoom", v, {{"1", 1}, {"2", 2}, {"5", 5}, {"10", 10}}));
   } else if (takeValue(args, i, "--samples-per-div", v)) {
     o.samplesPerDiv = wholeNumberOption("--samples-per-div", v, 1, 32767);
   } else if (takeValue(args, i, "--persist", v)) {
-    o.persist = pick("--persist", v, {{"intensity", 1}, {"color", 2}});
+    o.persist = pickOption("--persist", v, {{"intensity", 1}, {"color", 2}});
   } else if (takeValue(args, i, "--depth", v)) {
-    o.depth = pick("--depth", v, {{"infinite", 0}, {"128", 1}, {"32", 2}, {"8", 3}});
+    o.depth = pickOption("--depth", v, {{"infinite", 0}, {"128", 1}, {"32", 2}, {"8", 3}});
   } else if (takeValue(args, i, "--set", v)) {
     o.sets.push_back(v);
   } else {

@@ -1,7 +1,9 @@
 #pragma once
+#include <initializer_list>
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "config/settings.h"
@@ -57,5 +59,9 @@ class HeadlessDisplay : private MainView {
   ControllerDisplayHost host_;
   ScopeDisplay display_;
 };
+
+// The value of the word `text` among `items`; Fault naming the option and its words otherwise.
+int pickOption(const std::string& name, const std::string& text,
+               std::initializer_list<std::pair<const char*, int>> items);
 
 }  // namespace zorvik

@@ -4,6 +4,7 @@
 #include <QGuiApplication>
 #include <QImage>
 
+#include "cli/analysis_render.h"
 #include "cli/display_command.h"
 #include "cli/headless_picture.h"
 #include "core/fault.h"
@@ -72,6 +73,7 @@ int render(const RenderArgs& a) {
 
 int runRenderCommand(const std::vector<std::string>& args, std::ostream&, std::ostream& err) {
   try {
+    if (asksForView(args)) return renderView(args);
     return render(parseArgs(args));
   } catch (const std::exception& e) {
     err << "zorvik-cli: " << e.what() << "\n";

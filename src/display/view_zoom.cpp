@@ -14,9 +14,9 @@ const std::vector<int> kHorizontalKeys = {2, 4, 5, 10};
 const std::vector<int> kVerticalKeys = {2, 5, 10};
 constexpr double kRange = ViewZoom::kMax - ViewZoom::kMin;
 
-bool isKeyFactor(ZoomAxis axis, int factor) {
-  const std::vector<int>& keys = axis == ZoomAxis::Horizontal ? kHorizontalKeys : kVerticalKeys;
-  return std::find(keys.begin(), keys.end(), factor) != keys.end();
+ZoomPlace mainPlace(ZoomAxis axis) {
+  return axis == ZoomAxis::Horizontal ? ZoomPlace{"Hor", "HorZoom", kHorizontalKeys, " times expand"}
+                                      : ZoomPlace{"Ch1", "VertZoom", kVerticalKeys, " times vert expand"};
 }
 
 // Where the view's middle stands across the full view (0 to 1: left to right, bottom to top).
@@ -27,17 +27,23 @@ double viewMiddle(ZoomAxis axis, int factor, int value) {
 
 }  // namespace
 
-ViewZoom::ViewZoom(SettingsStore& store, ZoomAxis axis) : store_(store), axis_(axis) {}
+ViewZoom::ViewZoom(SettingsStore& store, ZoomAxis axis) : ViewZoom(store, axis, mainPlace(axis)) {}
+
+ViewZoom::ViewZoom(SettingsStore& store, ZoomAxis axis, ZoomPlace place)
+    : store_(store), axis_(axis), place_(std::move(place)) {}
 
 const std::vector<int>& ViewZoom::keyFactors() const {
-  return axis_ == ZoomAxis::Horizontal ? kHorizontalKeys : kVerticalKeys;
+  return place_.keys;
 }
 
-const char* ViewZoom::section() const {
-  return axis_ == ZoomAxis::Horizontal ? "Hor" : "Ch1";
+bool ViewZoom::isKey(int factor) const {
+  return std::find(place_.keys.begin(), place_.keys.end(), factor) != place_.keys.end();
 }
-const char* ViewZoom::name() const {
-  return axis_ == ZoomAxis::Horizontal ? "HorZoom" : "VertZoom";
+
+double ViewZoom::position() const {
+  if (factor_ <= 1) return 0;
+  const double t = (value_ - kMin) / kRange;
+  return axis_ == ZoomAxis::Horizontal ? 1 - t : t;
 }
 std::string ViewZoom::positionName(int factor) const {
   return zoomValueName(name(), factor, "Poz");
@@ -56,17 +62,25 @@ double ViewZoom::frac() const {
 }
 
 std::string ViewZoom::keyToolTip(ZoomAxis axis, int factor) {
+  return ViewZoom::keyToolTipFor(mainPlace(axis).tipEnd, factor);
+}
+
+std::string ViewZoom::keyToolTip(int factor) const {
+  return keyToolTipFor(place_.tipEnd, factor);
+}
+
+std::string ViewZoom::keyToolTipFor(const char* tipEnd, int factor) {
   const char* times = factor == 2 ? "two" : factor == 10 ? "ten" : "five";  // x4 shares the tip of x5
-  return std::string(times) + (axis == ZoomAxis::Horizontal ? " times expand" : " times vert expand");
+  return std::string(times) + tipEnd;
 }
 
 void ViewZoom::restore() {
   const int stored = store_.getInt(section(), name());
-  setZoom(isKeyFactor(axis_, stored) ? stored : 1);
+  setZoom(isKey(stored) ? stored : 1);
 }
 
 void ViewZoom::keyClicked(int factor, bool on) {
-  const int z = on && isKeyFactor(axis_, factor) ? factor : 1;
+  const int z = on && isKey(factor) ? factor : 1;
   // Off on a key that is not the one on leaves the zoom as it is.
   if (!on && factor != factor_) return;
   store_.saveInt(section(), name(), z);

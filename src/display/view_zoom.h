@@ -9,6 +9,15 @@ class SettingsStore;
 
 enum class ZoomAxis { Horizontal, Vertical };
 
+// Where an axis keeps its zoom: the section and name of its factor (each factor's view position is the
+// name, the factor and "Poz"), the factors of its keys, and the words its key tips end with.
+struct ZoomPlace {
+  const char* section;
+  const char* name;
+  std::vector<int> keys;
+  const char* tipEnd;  // " times expand" after "two", "five", "ten"
+};
+
 // One axis of the view zoom: its keys (at most one on), the factor the plotter reads and the scroll that
 // places the zoomed view. Each factor remembers its own view position in the settings.
 //
@@ -19,7 +28,9 @@ class ViewZoom {
  public:
   static constexpr int kMin = -1000, kMax = 1000;
 
+  // The main display's axes: "HorZoom" of "Hor" (keys 2, 4, 5, 10) and "VertZoom" of "Ch1" (2, 5, 10).
   ViewZoom(SettingsStore& store, ZoomAxis axis);
+  ViewZoom(SettingsStore& store, ZoomAxis axis, ZoomPlace place);
 
   ZoomAxis axis() const { return axis_; }
   // The factors of the axis' keys: 2, 4, 5, 10 horizontally; 2, 5, 10 vertically.
@@ -33,6 +44,10 @@ class ViewZoom {
   // What the plotter reads: Value / Max horizontally (-1 to 1), Value / (Max - Min) vertically (-0.5 to 0.5).
   double frac() const;
   static std::string keyToolTip(ZoomAxis axis, int factor);
+  std::string keyToolTip(int factor) const;
+  // Where the view stands across the full range, 0 to 1: left to right horizontally, bottom to top
+  // vertically; 0 without zoom.
+  double position() const;
 
   // The stored factor at start-up; a factor the keys don't have is no zoom.
   void restore();
@@ -49,12 +64,15 @@ class ViewZoom {
   std::function<void()> onChange = [] {};
 
  private:
-  const char* section() const;
-  const char* name() const;
+  const char* section() const { return place_.section; }
+  const char* name() const { return place_.name; }
   std::string positionName(int factor) const;
+  static std::string keyToolTipFor(const char* tipEnd, int factor);
+  bool isKey(int factor) const;
 
   SettingsStore& store_;
   ZoomAxis axis_;
+  ZoomPlace place_;
   int factor_ = 1;
   int value_ = 0;
 };

@@ -18,7 +18,7 @@ void SpectrumStage::loadSettings(SettingsStore& store) {
   dbRangeIndex_ = std::clamp(store.getInt(kSection, "DBdiap"), 0, 6);
   plot_.dBRange = kDbRanges[dbRangeIndex_];
   plot_.normalize = store.getInt(kSection, "Normalize") != 0;
-  plot_.interpolation = std::clamp(store.getInt(kSection, "Interpolation1"), 0, 2);
+  plot_.interpolation = std::clamp(store.getInt(kSection, "Interpolation1"), 0, kColumnInterpolations - 1);
   plot_.interpolationPoints = std::clamp(store.getInt(kSection, "InterpolationPoints1"), 1, 8);
   settings_.DCfreq = store.getInt(kSection, "DC") != 0;
   settings_.Doubled = store.getInt(kSection, "Double") != 0;
@@ -68,7 +68,7 @@ void SpectrumStage::setWindowFunction(int index) {
 }
 
 void SpectrumStage::setInterpolation(int index) {
-  plot_.interpolation = std::clamp(index, 0, 2);
+  plot_.interpolation = std::clamp(index, 0, kColumnInterpolations - 1);
   store(kSection, "Interpolation1", plot_.interpolation);
   ComputeSpectrum();
 }

@@ -40,6 +40,10 @@ class SpectrumStage : public ChainedStages {
   bool HaveData() const { return haveData_; }
   float samplePeriod() const { return input_.SamplePeriod; }
   int AcqCount() const { return acqCount_; }
+  // Samples in the last acquisition's record (OknoSamples).
+  int recordLength() const {
+    return static_cast<int>(input_.IsHiRes || input_.IsPeak ? samples_.size() / 2 : samples_.size());
+  }
 
   // The settings of section "Spectrum" (and the main meter's Sin(x)/x of section "Meters"); the setters
   // below store into the same store. Without a store they only move the model.

@@ -1,13 +1,13 @@
 #include "spectrum/spectrum_window.h"
 
-#include <QGridLayout>
 #include <QHBoxLayout>
 #include <QMenu>
-#include <QPushButton>
+#include <QPointer>
 #include <QSignalBlocker>
-#include <QVBoxLayout>
 
+#include "analysis/analysis_frames.h"
 #include "config/settings.h"
+#include "control/timebase_control.h"
 #include "core/eng_text.h"
 #include "export/csv_text.h"
 #include "export/packet_files.h"
@@ -15,8 +15,6 @@
 #include "measure/thd_window.h"
 #include "spectrum/spectrum_stage.h"
 #include "ui/hot_key_dialog.h"
-#include "ui/value_plot.h"
-#include "ui/window_place_qt.h"
 
 namespace zorvik {
 
@@ -25,11 +23,14 @@ constexpr char kSection[] = "Spectrum";
 const char* const kDbRanges[7] = {"10", "20", "30", "40", "50", "60", "70"};
 }  // namespace
 
-Spectrum::Spectrum(SettingsStore& settings, SpectrumStage& stage, PacketFiles& files, QWidget* parent)
-    : AnalysisWindow(settings, kSection, parent), stage_(stage), files_(files) {
+Spectrum::Spectrum(SettingsStore& settings, SpectrumStage& stage, PacketFiles& files, DeviceContext& main,
+                   FileDialogs& dialogs, TimebaseControl* timebase, QWidget* parent)
+    : AnalysisWindow(settings, main, dialogs, kSection, "SaveSpectrum", parent),
+      stage_(stage),
+      files_(files),
+      timebase_(timebase) {
   setObjectName("Spectrum");
   setWindowTitle("Spectrum");
-  auto* column = new QVBoxLayout(this);
   auto* controls = new QHBoxLayout;
   volts_ = new QRadioButton("V", this);
   decibels_ = new QRadioButton("dB", this);
@@ -49,31 +50,22 @@ Spectrum::Spectrum(SettingsStore& settings, SpectrumStage& stage, PacketFiles& f
   Doubled = new QCheckBox("x2", this);
   Doubled->setObjectName("Doubled");
   Doubled->setToolTip("Doubling saples number");
-  Interpolation = new QComboBox(this);
-  Interpolation->setObjectName("Interpol1");
-  for (const char* i : {"None", "Sin(x)/x", "Lanczos"}) Interpolation->addItem(i);
-  auto* menuKey = new QPushButton("File", this);
-  auto* menu = new QMenu(menuKey);
-  menu->addAction("Save to CSV-file", this, [this] { SaveToCSV(); })->setObjectName("SaveToCSV");
-  stage_.loadSettings(settings_);
-  mainMeter_ = new mainmeter(settings_, stage_, this);
-  thdMeter_ = new THDmeter(settings_, stage_, this);
-  for (auto* m : std::initializer_list<QWidget*>{mainMeter_, thdMeter_}) m->hide();
-  mainMeter_->onFault = thdMeter_->onFault = [this](const std::string& t) { onFault(t); };
-  menu->addAction("Max.freq", this, [this] { toggleMeter(mainMeter_); })->setObjectName("MeterMaxFrq");
-  menu->addAction("THD", this, [this] { toggleMeter(thdMeter_); })->setObjectName("MeterTHD");
-  menu->addAction("Setup Hot Key", this,
-                  [this] { (new HotKey(settings_, this))->SetupDisplay(this, "Spectrumscope"); })
-      ->setObjectName("SetupHotKey");
-  HotKey::SetKey(this, "Spectrumscope", settings_);
-  menuKey->setMenu(menu);
-  for (QWidget* w : std::initializer_list<QWidget*>{volts_, decibels_, DBdiap, Normir, DCfreq, WindowFunction,
-                                                    Doubled, Interpolation, menuKey})
+  for (QWidget* w :
+       std::initializer_list<QWidget*>{volts_, decibels_, DBdiap, Normir, DCfreq, WindowFunction, Doubled})
     controls->addWidget(w);
-  controls->addStretch(1);
-  column->addLayout(controls);
-  display_ = new ValuePlot("SpectrumDisplay", this);
-  column->addWidget(display_);
+  if (timebase_) {
+    SampleMemoDepth = new QComboBox(this);
+    SampleMemoDepth->setObjectName("SampleMemoDepth");
+    SampleMemoDepth->setToolTip("amount of samples, requested from scope");
+    for (const char* entry : kMemoDepthEntries) SampleMemoDepth->addItem(entry);
+    controls->addWidget(SampleMemoDepth);
+    connect(SampleMemoDepth, &QComboBox::activated, this,
+            [this](int i) { guarded([&] { timebase_->SampleMemoDepth_Click(i); }); });
+    timebase_->onChange.add([self = QPointer<Spectrum>(this)] {
+      if (self) self->showSettings();
+    });
+  }
+
   auto* readouts = new QHBoxLayout;
   OknoSamples = new QLabel(this);
   OknoSamples->setObjectName("OknoSamples");
@@ -85,18 +77,42 @@ Spectrum::Spectrum(SettingsStore& settings, SpectrumStage& stage, PacketFiles& f
   LabelAmp = new QLabel(this);
   LabelAmp->setObjectName("LabelAmp");
   for (QLabel* l : {OknoSamples, peak_, LabelFrq, LabelAmp}) readouts->addWidget(l, 1);
-  column->addLayout(readouts);
-  display_->onCursor = [this](double across, double down) {
-    LabelFrq->setText(QString::fromStdString(frequencyText(scale_.FreqLeft + across * scale_.FreqSpan)));
-    const double amplitude = scale_.TopAmp - down * (scale_.TopAmp - scale_.BottomAmp);
-    LabelAmp->setText(QString::fromStdString(amplitudeText(amplitude, stage_.plot().dB)));
-  };
-  showSettings();
-  const int left = settings_.getInt(kSection, "Left", -1), top = settings_.getInt(kSection, "Top", -1);
-  placeOpenedWindow(this, left >= 0 && top >= 0 ? std::optional<QPoint>(QPoint(left, top)) : std::nullopt);
+  buildFrame(controls, readouts);
 
-  connect(volts_, &QRadioButton::toggled, this,
-          [this](bool) { guarded([this] { stage_.setDb(decibels_->isChecked()); }); });
+  QMenu* file = fileMenu();
+  file->insertAction(file->actions().value(0), [&] {
+    auto* a = new QAction("Save to CSV-file", file);
+    a->setObjectName("SaveToCSV");
+    connect(a, &QAction::triggered, this, [this] { SaveToCSV(); });
+    return a;
+  }());
+  stage_.loadSettings(settings_);
+  mainMeter_ = new mainmeter(settings_, stage_, this);
+  thdMeter_ = new THDmeter(settings_, stage_, this);
+  for (auto* m : std::initializer_list<QWidget*>{mainMeter_, thdMeter_}) m->hide();
+  mainMeter_->onFault = thdMeter_->onFault = [this](const std::string& t) { onFault(t); };
+  file->addAction("Setup Hot Key", this,
+                  [this] { (new HotKey(settings_, this))->SetupDisplay(this, "Spectrumscope"); })
+      ->setObjectName("SetupHotKey");
+  HotKey::SetKey(this, "Spectrumscope", settings_);
+  QMenu* meters = findChild<QMenuBar*>()->addMenu("Meters");
+  meters->setObjectName("MetersMenu");
+  meters->addAction("Max.freq", this, [this] { toggleMeter(mainMeter_); })->setObjectName("MeterMaxFrq");
+  meters->addAction("THD", this, [this] { toggleMeter(thdMeter_); })->setObjectName("MeterTHD");
+
+  // The interpolation of the plot is also the spectrum's: it asks for sin(x)/x of the computation.
+  if (stage_.plot().interpolation != view_.style()[StyleKey::Interpolation])
+    stage_.setInterpolation(view_.style()[StyleKey::Interpolation]);
+  showSettings();
+  restoreGeometry();
+
+  connect(volts_, &QRadioButton::toggled, this, [this](bool) {
+    guarded([this] {
+      view_.clearMarkers();  // volts and dB don't share a marker
+      view_.clearMemory();
+      stage_.setDb(decibels_->isChecked());
+    });
+  });
   connect(DBdiap, &QComboBox::activated, this,
           [this](int i) { guarded([&] { stage_.setDbRangeIndex(i); }); });
   connect(Normir, &QCheckBox::clicked, this, [this](bool on) { guarded([&] { stage_.setNormalize(on); }); });
@@ -104,14 +120,22 @@ Spectrum::Spectrum(SettingsStore& settings, SpectrumStage& stage, PacketFiles& f
   connect(Doubled, &QCheckBox::clicked, this, [this](bool on) { guarded([&] { stage_.setDoubled(on); }); });
   connect(WindowFunction, &QComboBox::activated, this,
           [this](int i) { guarded([&] { stage_.setWindowFunction(i); }); });
-  connect(Interpolation, &QComboBox::activated, this,
-          [this](int i) { guarded([&] { stage_.setInterpolation(i); }); });
-  stage_.onComputed = [this] {
+  view_.onChange = [this] {
+    const int interpolation = view_.style()[StyleKey::Interpolation];
+    if (stage_.plot().interpolation != interpolation) {
+      guarded([&] { stage_.setInterpolation(interpolation); });  // computes again, then draws
+      return;
+    }
     PlotSpectrum();
-    feedMeters();
   };
+  view_.onMemoKey = [this] {
+    stage_.engine().resetHeldMax();
+    guarded([this] { stage_.ComputeSpectrum(); });
+  };
+  stage_.onComputed = [this] { computed(); };
   stage_.onPlotChanged = [this] { PlotSpectrum(); };
   stage_.onSettingsMoved = [this] { showSettings(); };
+  PlotSpectrum();
 }
 
 Spectrum::~Spectrum() {
@@ -121,22 +145,40 @@ Spectrum::~Spectrum() {
   stage_.onComputed = stage_.onPlotChanged = stage_.onSettingsMoved = [] {};
 }
 
-const SpectrumPlotSettings& Spectrum::plotSettings() const {
-  return stage_.plot();
+SpectrumPlotSettings Spectrum::plotSettings() const {
+  SpectrumPlotSettings plot = stage_.plot();
+  plot.memo = view_.style().on(StyleKey::Memory);
+  return plot;
+}
+
+PlotFrame Spectrum::frame() const {
+  return spectrumFrame(stage_.engine(), plotSettings(), stage_.HaveData());
+}
+
+PlotTexts Spectrum::texts() const {
+  return spectrumTexts(stage_.plot().dB);
+}
+
+void Spectrum::showCursor(double x, double y) {
+  LabelFrq->setText(QString::fromStdString(frequencyText(x)));
+  LabelAmp->setText(QString::fromStdString(amplitudeText(y, stage_.plot().dB)));
 }
 
 void Spectrum::showSettings() {
   const SpectrumPlotSettings& p = stage_.plot();
   const SpectrumSettings& s = stage_.settings();
   const QSignalBlocker b1(volts_), b2(decibels_), b3(DBdiap), b4(Normir), b5(DCfreq), b6(Doubled),
-      b7(WindowFunction), b8(Interpolation);
+      b7(WindowFunction);
   (p.dB ? decibels_ : volts_)->setChecked(true);
   DBdiap->setCurrentIndex(stage_.dbRangeIndex());
   Normir->setChecked(p.normalize);
   DCfreq->setChecked(s.DCfreq);
   Doubled->setChecked(s.Doubled);
   WindowFunction->setCurrentIndex(s.WindowFunction);
-  Interpolation->setCurrentIndex(p.interpolation);
+  if (SampleMemoDepth) {
+    const QSignalBlocker b(SampleMemoDepth);
+    SampleMemoDepth->setCurrentIndex(timebase_->model().SampleMemoDepth);
+  }
 }
 
 void Spectrum::toggleMeter(QWidget* meter) {
@@ -152,23 +194,26 @@ void Spectrum::feedMeters() {
   if (thdMeter_->isVisible()) thdMeter_->Ind(stage_.engine(), stage_.samplePeriod());
 }
 
+void Spectrum::computed() {
+  // A new acquisition goes into the memory and the recorder; a setting's computation is only drawn.
+  if (stage_.AcqCount() != lastAcquisition_) {
+    lastAcquisition_ = stage_.AcqCount();
+    acquired();
+  } else {
+    PlotSpectrum();
+  }
+  feedMeters();
+}
+
 void Spectrum::PlotSpectrum() {
-  SpectrumPlotSettings plot = stage_.plot();
-  plot.memo = memoOn();
+  replot();
+}
+
+void Spectrum::replot() {
+  AnalysisWindow::replot();
   const SpectrumEngine& e = stage_.engine();
-  const SpectrumScale scale = scale_ = SetVertScale(e, plot);
   const bool valid = stage_.HaveData() && e.ScaleValid;
-  // The scale at the corners: dB without its volts. Engineering texts are the program's own UTF-8 (their µ).
-  auto amp = [&plot](float v) {
-    const std::string t = amplitudeText(v, plot.dB);
-    return QString::fromStdString(t.substr(0, t.find(" /")));
-  };
-  display_->setPicture(
-      valid ? spectrumColumns(e, scale, plot, ValuePlot::kWidth, ValuePlot::kHeight) : std::vector<float>{},
-      {amp(scale.TopAmp), amp(scale.BottomAmp), QString(),
-       QString::fromStdString(frequencyText(scale.FreqLeft + scale.FreqSpan))},
-      valid);
-  OknoSamples->setText(QString("%1 bins").arg(e.SpecBins));
+  OknoSamples->setText(stage_.HaveData() ? QString::number(stage_.recordLength()) : QString());
   const double peakHz = e.SpecBins > 0 ? e.PeakBin * e.MaxFreq / e.SpecBins : 0;
   peak_->setText(valid
                      ? QString::fromStdString(frequencyText(peakHz) + "  " + engineeringText(e.PeakAmp, "V"))

@@ -4,45 +4,53 @@
 #include <QLabel>
 #include <QRadioButton>
 #include <QWidget>
-#include <vector>
 
+#include "analysis/analysis_window.h"
 #include "spectrum/spectrum_plot.h"
-#include "ui/analysis_window.h"
 
 namespace zorvik {
 
 class SettingsStore;
 class SpectrumStage;
 class PacketFiles;
-class ValuePlot;
+class TimebaseControl;
 class mainmeter;
 class THDmeter;
 
 // Spectrum: the amplitude spectrum of each acquisition while the window is open, with its window
-// function, the frame, the amplitude scale and the CSV export.
+// function, the frame, the amplitude scale, the plot's zoom, markers, styles and memory, and its exports.
 class Spectrum : public AnalysisWindow {
   Q_OBJECT
  public:
-  Spectrum(SettingsStore& settings, SpectrumStage& stage, PacketFiles& files, QWidget* parent = nullptr);
+  // `timebase`: the record length asked of the instrument (SampleMemoDepth); none leaves the list out.
+  Spectrum(SettingsStore& settings, SpectrumStage& stage, PacketFiles& files, DeviceContext& main,
+           FileDialogs& dialogs, TimebaseControl* timebase, QWidget* parent = nullptr);
   ~Spectrum() override;
 
   // Draws the last computation; also after a setting that only changes the picture.
   void PlotSpectrum();
   void SaveToCSV();
-  const SpectrumPlotSettings& plotSettings() const;
+  // The plot's settings as the picture uses them (the memo key is the window's own).
+  SpectrumPlotSettings plotSettings() const;
   const SpectrumStage& stage() const { return stage_; }
-  // Store failures and export faults go to the owner's box.
+
+ protected:
+  PlotFrame frame() const override;
+  PlotTexts texts() const override;
+  void showCursor(double x, double y) override;
+  void replot() override;
 
  private:
   // The controls show the stage's settings.
   void showSettings();
   void feedMeters();
   void toggleMeter(QWidget* meter);
+  void computed();
 
   SpectrumStage& stage_;
   PacketFiles& files_;
-  ValuePlot* display_ = nullptr;
-  SpectrumScale scale_;
+  TimebaseControl* timebase_;
+  int lastAcquisition_ = 0;
   QRadioButton* volts_ = nullptr;
   QRadioButton* decibels_ = nullptr;
   QComboBox* DBdiap = nullptr;
@@ -50,7 +58,7 @@ class Spectrum : public AnalysisWindow {
   QCheckBox* DCfreq = nullptr;
   QComboBox* WindowFunction = nullptr;
   QCheckBox* Doubled = nullptr;
-  QComboBox* Interpolation = nullptr;
+  QComboBox* SampleMemoDepth = nullptr;
   QLabel* OknoSamples = nullptr;
   QLabel* LabelFrq = nullptr;
   QLabel* LabelAmp = nullptr;

@@ -2,17 +2,13 @@
 
 #include <QHBoxLayout>
 #include <QMenu>
-#include <QPushButton>
-#include <QVBoxLayout>
 
+#include "analysis/analysis_frames.h"
 #include "config/settings.h"
 #include "core/eng_text.h"
 #include "export/packet_files.h"
-#include "spectrum/plot_columns.h"
 #include "stat/stat_stage.h"
 #include "ui/hot_key_dialog.h"
-#include "ui/value_plot.h"
-#include "ui/window_place_qt.h"
 
 namespace zorvik {
 
@@ -20,11 +16,11 @@ namespace {
 constexpr char kSection[] = "Stat";
 }  // namespace
 
-Stat::Stat(SettingsStore& settings, StatStage& stage, PacketFiles& files, QWidget* parent)
-    : AnalysisWindow(settings, kSection, parent), stage_(stage), files_(files) {
+Stat::Stat(SettingsStore& settings, StatStage& stage, PacketFiles& files, DeviceContext& main,
+           FileDialogs& dialogs, QWidget* parent)
+    : AnalysisWindow(settings, main, dialogs, kSection, "SaveStat", parent), stage_(stage), files_(files) {
   setObjectName("Stat");
   setWindowTitle("Statistic");
-  auto* column = new QVBoxLayout(this);
   auto* controls = new QHBoxLayout;
   samples_ = new QRadioButton("smp", this);
   samples_->setObjectName("TypeAmp_0");
@@ -33,23 +29,7 @@ Stat::Stat(SettingsStore& settings, StatStage& stage, PacketFiles& files, QWidge
   Normir = new QCheckBox("Norm. to max", this);
   Normir->setObjectName("Normir");
   Normir->setToolTip("Normalise amp. scale");
-  Interpolation = new QComboBox(this);
-  Interpolation->setObjectName("Interpol1");
-  for (const char* i : {"None", "Sin(x)/x", "Lanczos"}) Interpolation->addItem(i);
-  auto* menuKey = new QPushButton("File", this);
-  auto* menu = new QMenu(menuKey);
-  menu->addAction("Save to CSV-file", this, [this] { SaveToCSV(); })->setObjectName("SaveToCSV");
-  menu->addAction("Setup Hot Key", this,
-                  [this] { (new HotKey(settings_, this))->SetupDisplay(this, "Statscope"); })
-      ->setObjectName("SetupHotKey");
-  HotKey::SetKey(this, "Statscope", settings_);
-  menuKey->setMenu(menu);
-  for (QWidget* w : std::initializer_list<QWidget*>{samples_, percentKey_, Normir, Interpolation, menuKey})
-    controls->addWidget(w);
-  controls->addStretch(1);
-  column->addLayout(controls);
-  display_ = new ValuePlot("StatWin", this);
-  column->addWidget(display_);
+  for (QWidget* w : std::initializer_list<QWidget*>{samples_, percentKey_, Normir}) controls->addWidget(w);
   auto* readouts = new QHBoxLayout;
   peak_ = new QLabel(this);
   peak_->setObjectName("StatPeak");
@@ -58,69 +38,77 @@ Stat::Stat(SettingsStore& settings, StatStage& stage, PacketFiles& files, QWidge
   LabelQTY = new QLabel(this);
   LabelQTY->setObjectName("LabelQTY");
   for (QLabel* l : {peak_, LabelLevel, LabelQTY}) readouts->addWidget(l, 1);
-  column->addLayout(readouts);
+  buildFrame(controls, readouts);
+
+  QMenu* file = fileMenu();
+  file->insertAction(file->actions().value(0), [&] {
+    auto* a = new QAction("Save to CSV-file", file);
+    a->setObjectName("SaveToCSV");
+    connect(a, &QAction::triggered, this, [this] { SaveToCSV(); });
+    return a;
+  }());
+  file->addAction("Setup Hot Key", this,
+                  [this] { (new HotKey(settings_, this))->SetupDisplay(this, "Statscope"); })
+      ->setObjectName("SetupHotKey");
+  HotKey::SetKey(this, "Statscope", settings_);
 
   percent_ = settings_.getInt(kSection, "VertScale") == 1;
   normalize_ = settings_.getInt(kSection, "Normalize") != 0;
-  interpolation_ = std::clamp(settings_.getInt(kSection, "Interpolation1"), 0, 2);
-  interpolationPoints_ = std::clamp(settings_.getInt(kSection, "InterpolationPoints1"), 1, 8);
   (percent_ ? percentKey_ : samples_)->setChecked(true);
   Normir->setChecked(normalize_);
-  Interpolation->setCurrentIndex(interpolation_);
-  const int left = settings_.getInt(kSection, "Left", -1), top = settings_.getInt(kSection, "Top", -1);
-  placeOpenedWindow(this, left >= 0 && top >= 0 ? std::optional<QPoint>(QPoint(left, top)) : std::nullopt);
+  restoreGeometry();
 
   connect(samples_, &QRadioButton::toggled, this, [this](bool) {
     percent_ = percentKey_->isChecked();
     store("VertScale", percent_ ? 1 : 0);
+    view_.clearMarkers();
     PlotHistogram();
   });
   connect(Normir, &QCheckBox::clicked, this, [this](bool on) {
     normalize_ = on;
     store("Normalize", on ? 1 : 0);
     stage_.engine().resetHeldMax();
+    view_.clearMemory();
+    view_.clearMarkers();
     PlotHistogram();
   });
-  connect(Interpolation, &QComboBox::activated, this, [this](int i) {
-    interpolation_ = i;
-    store("Interpolation1", i);
-    PlotHistogram();
-  });
-  display_->onCursor = [this](double across, double down) {
-    const HistogramEngine& h = stage_.engine();
-    const double level = h.LevelLow + across * (h.LevelHigh - h.LevelLow);
-    LabelLevel->setText(QString::fromStdString(engineeringText(level, "V")));
-    LabelQTY->setText(quantityText(top_ * (1 - down)));
-  };
-  stage_.onBuilt = [this] { PlotHistogram(); };
+  view_.onChange = [this] { PlotHistogram(); };
+  view_.onMemoKey = [this] { stage_.engine().resetHeldMax(); };
+  stage_.onBuilt = [this] { acquired(); };
+  PlotHistogram();
 }
 
 Stat::~Stat() {
   stage_.onBuilt = [] {};
 }
 
+PlotFrame Stat::frame() const {
+  return histogramFrame(stage_.engine(), normalize_, view_.style().on(StyleKey::Memory), stage_.HaveData());
+}
+
+PlotTexts Stat::texts() const {
+  return histogramTexts(stage_.engine(), percent_);
+}
+
 QString Stat::quantityText(double count) const {
   return QString::fromStdString(histogramQuantity(count, stage_.engine().HistSamples, percent_));
 }
 
+void Stat::showCursor(double x, double y) {
+  LabelLevel->setText(QString::fromStdString(engineeringText(x, "V")));
+  LabelQTY->setText(quantityText(y));
+}
+
 void Stat::PlotHistogram() {
+  replot();
+}
+
+void Stat::replot() {
+  AnalysisWindow::replot();
   const HistogramEngine& h = stage_.engine();
-  const double top = top_ = histogramTop(h, normalize_, memoOn());
-  const bool valid = stage_.HaveData() && h.ScaleValid && top > 0;
-  std::vector<float> rows;
-  if (valid) {
-    const std::vector<float> counts(h.HistCount.begin(), h.HistCount.end());
-    const double span = h.LevelHigh - h.LevelLow;
-    rows = plotColumns(counts, HistogramEngine::HistBins, {span / HistogramEngine::HistBins, span, top, 0},
-                       false, interpolation_, interpolationPoints_, ValuePlot::kWidth, ValuePlot::kHeight);
-  }
-  // Engineering texts are the program's own UTF-8 (their µ), not device bytes.
-  const QString low = QString::fromStdString(engineeringText(h.LevelLow, "V"));
-  const QString high = QString::fromStdString(engineeringText(h.LevelHigh, "V"));
-  display_->setPicture(std::move(rows), {quantityText(top), quantityText(0), low, high}, valid);
+  const bool valid = frame().valid;
   const int mode = histogramModeBin(h);
-  const double modeLevel = histogramLevel(h, mode);
-  peak_->setText(valid ? QString::fromStdString(engineeringText(modeLevel, "V")) + "  " +
+  peak_->setText(valid ? QString::fromStdString(engineeringText(histogramLevel(h, mode), "V")) + "  " +
                              quantityText(h.HistCount[static_cast<size_t>(mode)])
                        : QString());
 }

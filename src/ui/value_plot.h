@@ -1,36 +1,33 @@
 #pragma once
-#include <QString>
+#include <QImage>
 #include <QWidget>
 #include <functional>
-#include <vector>
 
 namespace zorvik {
 
-// The plot of the spectrum and the histogram: the main display's grid, the trace through the columns,
-// the scale's texts at the corners, and the cursor's place handed to the owner for its read-out.
+// The plot of the spectrum and the histogram: shows the picture its window draws, stretched to the
+// room it has, and hands the mouse on in the picture's own pixels.
 class ValuePlot : public QWidget {
   Q_OBJECT
  public:
-  static constexpr int kWidth = 400, kHeight = 256, kMargin = 10;
+  explicit ValuePlot(const char* object, QSize pictureSize, QWidget* parent = nullptr);
+  void setPicture(QImage picture);
+  const QImage& picture() const { return picture_; }
+  QSize sizeHint() const override { return pictureSize_; }
 
-  explicit ValuePlot(const char* object, QWidget* parent = nullptr);
-  struct Texts {
-    QString top, bottom, left, right;
-  };
-  // rows: the row of each column (0 the top, kHeight the bottom), or the empty mark.
-  void setPicture(std::vector<float> rows, Texts texts, bool valid);
-  QSize sizeHint() const override { return {kWidth + 2 * kMargin, kHeight + 2 * kMargin}; }
-  // The cursor over the plot: across 0 (left) to 1 (right), down 0 (top) to 1 (bottom).
-  std::function<void(double across, double down)> onCursor;
+  // Positions in the picture's pixels.
+  std::function<void(double x, double y)> onPress, onDrag, onHover;
 
  protected:
   void paintEvent(QPaintEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
   void mouseMoveEvent(QMouseEvent* event) override;
 
  private:
-  std::vector<float> rows_;
-  Texts texts_;
-  bool valid_ = false;
+  QPointF toPicture(QPointF at) const;
+
+  QSize pictureSize_;
+  QImage picture_;
 };
 
 }  // namespace zorvik

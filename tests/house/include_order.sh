@@ -9,6 +9,7 @@ LAYERS=(
   "sim"
   "spectrum"
   "measure display stat"
+  "analysis"
   "control"
   "export"
   "firmware"

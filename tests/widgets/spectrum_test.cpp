@@ -138,7 +138,7 @@ class SpectrumTest : public QObject {
     stage.visible = [] { return true; };
     const std::string samples = std::string(3, '\x00') + std::string(5, '\x07');
     stage.stat(SegmentData{samples});
-    Stat stat(settings_, stage, files);
+    Stat stat(settings_, stage, files, main, dialogs);
     QAction* save = stat.findChild<QAction*>("SaveToCSV");
     QVERIFY(save);
     save->trigger();

@@ -1,11 +1,11 @@
-#include "app/zoom_bar.h"
+#include "ui/zoom_bar.h"
 
 #include <QBoxLayout>
 #include <QSignalBlocker>
 
 namespace zorvik {
 
-ZoomBar::ZoomBar(ViewZoom& zoom, QWidget* parent) : QWidget(parent), zoom_(zoom) {
+ZoomBar::ZoomBar(ViewZoom& zoom, QWidget* parent, const char* scrollName) : QWidget(parent), zoom_(zoom) {
   const bool horizontal = zoom.axis() == ZoomAxis::Horizontal;
   setObjectName(horizontal ? "HorZoomBar" : "VertZoomBar");
   QBoxLayout* box = horizontal ? static_cast<QBoxLayout*>(new QHBoxLayout(this)) : new QVBoxLayout(this);
@@ -17,14 +17,14 @@ ZoomBar::ZoomBar(ViewZoom& zoom, QWidget* parent) : QWidget(parent), zoom_(zoom)
     key->setObjectName(horizontal ? "Hzoom" + n : "x" + n + "Vzoom1");
     key->setText("x" + n);
     key->setCheckable(true);
-    key->setToolTip(QString::fromStdString(ViewZoom::keyToolTip(zoom.axis(), factor)));
+    key->setToolTip(QString::fromStdString(zoom.keyToolTip(factor)));
     key->setFocusPolicy(Qt::NoFocus);  // the window's keyboard table keeps the keys
     connect(key, &QToolButton::clicked, this, [this, factor](bool on) { zoom_.keyClicked(factor, on); });
     box->addWidget(key, 0, horizontal ? Qt::Alignment() : Qt::AlignHCenter);
     keys_.push_back(key);
   }
   scroll_ = new QScrollBar(horizontal ? Qt::Horizontal : Qt::Vertical, this);
-  scroll_->setObjectName(horizontal ? "HScrollView" : "ScrollVzoom1");
+  scroll_->setObjectName(scrollName ? scrollName : horizontal ? "HScrollView" : "ScrollVzoom1");
   scroll_->setRange(ViewZoom::kMin, ViewZoom::kMax);
   scroll_->setSingleStep((ViewZoom::kMax - ViewZoom::kMin) / 100);
   // The largest value shows the record's left end and the top of the scale: the thumb stands there.
