@@ -24,10 +24,14 @@ check "measure meters" "echo '$out' | grep -q '\"FRH\":\"No signal\"'"
 out=$("$cli" spectrum "$tmp/p.bin" --lines 2); rc=$?
 check "spectrum exit" "[ $rc -eq 0 ]"
 check "spectrum bins" "echo '$out' | grep -q '\"spec_bins\":8'"
+check "spectrum rectangular" "echo '$out' | grep -q '\"window\":\"Rectangular\"'"
 out=$("$cli" spectrum "$tmp/p.bin" --thd 30 --band 0:100 --sinxx); rc=$?
 check "spectrum thd exit" "[ $rc -eq 0 ]"
 check "spectrum thd" "echo '$out' | grep -q '\"thd\":{'"
 check "spectrum main meter" "echo '$out' | grep -q '\"main_meter\":{'"
+# The THD meter and Sin(x)/x want a window whose peak can be rebuilt, as in the window.
+check "spectrum thd hamming" "echo '$out' | grep -q '\"window\":\"Hamming\"'"
+check "spectrum thd refined" "echo '$out' | grep -q '\"refined\":true'"
 "$cli" spectrum "$tmp/p.bin" --band 12 2>/dev/null; rc=$?
 check "spectrum bad band exit 2" "[ $rc -eq 2 ]"
 "$cli" spectrum "$tmp/p.bin" --window 9 2>/dev/null; rc=$?

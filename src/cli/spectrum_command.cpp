@@ -13,7 +13,7 @@
 #include "measure/thd.h"
 #include "session/command_line.h"
 #include "signal/packet.h"
-#include "spectrum/spectrum_engine.h"
+#include "spectrum/spectrum_stage.h"
 
 namespace zorvik {
 
@@ -26,22 +26,21 @@ const char* const kUsage =
 
 int runSpectrumCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream&) {
   std::string file, v;
-  SpectrumSettings settings;
   ScaleOptions scale;
-  int lines = 5, thd = 0;
-  bool sinxx = false, power = false, band = false;
+  int window = 0, lines = 5, thd = 0;
+  bool doubled = false, dc = false, refine = false, sinxx = false, power = false, band = false;
   std::string bandMin, bandMax;
   for (size_t i = 0; i < args.size(); ++i) {
     if (takeScaleOption(args, i, scale)) {
       continue;
     } else if (takeValue(args, i, "--window", v)) {
-      settings.WindowFunction = wholeNumberOption("--window", v, 0, 6);
+      window = wholeNumberOption("--window", v, 0, 6);
     } else if (args[i] == "--doubled") {
-      settings.Doubled = true;
+      doubled = true;
     } else if (args[i] == "--dc") {
-      settings.DCfreq = true;
+      dc = true;
     } else if (args[i] == "--refine") {
-      settings.refinePeak = true;
+      refine = true;
     } else if (takeValue(args, i, "--band", v)) {
       const size_t colon = v.find(':');
       if (colon == std::string::npos) throw Fault("--band takes MIN_KHZ:MAX_KHZ, not \"" + v + "\"");
@@ -52,7 +51,6 @@ int runSpectrumCommand(const std::vector<std::string>& args, std::ostream& out, 
       sinxx = true;
     } else if (takeValue(args, i, "--thd", v)) {
       thd = wholeNumberOption("--thd", v, 1, 1000);
-      settings.refinePeak = true;  // the THD meter always refines its fundamental
     } else if (args[i] == "--power") {
       power = true;
     } else if (takeValue(args, i, "--lines", v)) {
@@ -65,19 +63,29 @@ int runSpectrumCommand(const std::vector<std::string>& args, std::ostream& out, 
   std::string packet;
   const PacketInfo info = readPacketFile(file, packet);
 
-  SpectrumInput in{info.segment1,
-                   info.isHiRes,
-                   info.isPeak,
-                   info.oneCharSample,
-                   static_cast<float>(scale.samplePeriod),
-                   static_cast<float>(8 * scale.voltsPerDiv),
-                   static_cast<float>(scale.zero)};
-  SpectrumEngine e;
-  e.ComputeSpectrum(in, settings);
+  // The window's stage with the readers the options open: its rules choose the window function and the
+  // refinement here as they do behind the spectrum window.
+  SpectrumStage stage([&scale] {
+    return SpectrumStage::Scale{static_cast<float>(scale.samplePeriod),
+                                static_cast<float>(8 * scale.voltsPerDiv), static_cast<float>(scale.zero)};
+  });
+  stage.visible = [] { return true; };
+  stage.setDCfreq(dc);
+  stage.setDoubled(doubled);
+  stage.setWindowFunction(window);
+  if (refine) {  // as a normalised Sin(x)/x plot
+    stage.setInterpolation(1);
+    stage.setNormalize(true);
+  }
+  stage.setMainMeterSinxx(sinxx);
+  stage.setReaderOpen(SpectrumStage::Reader::MainMeter, band || sinxx);
+  stage.setReaderOpen(SpectrumStage::Reader::Thd, thd > 0);
+  stage.spectrum(SegmentData{info.segment1, info.isHiRes, info.isPeak, info.oneCharSample});
+  const SpectrumEngine& e = stage.engine();
   const double binHz = e.SpecBins > 0 ? e.MaxFreq / e.SpecBins : 0;
 
   QJsonObject o;
-  o["window"] = kWindowFunctions[settings.WindowFunction];
+  o["window"] = kWindowFunctions[stage.settings().WindowFunction];
   o["max_freq"] = e.MaxFreq;
   o["spec_bins"] = e.SpecBins;
   o["bin_hz"] = binHz;
@@ -104,8 +112,7 @@ int runSpectrumCommand(const std::vector<std::string>& args, std::ostream& out, 
   o["lines"] = strongest;
   o["refined"] = e.Refined;
   if (band || sinxx) {
-    const MainMeterReading m =
-        readMainMeter(e.SpecAmp, e.SpecBins, e.MaxFreq, e.PeakBin, e.PeakAmp, bandMin, bandMax, sinxx);
+    const MainMeterReading m = readMainMeter(e, bandMin, bandMax, sinxx);
     QJsonObject mm;
     if (!m.signal) {
       mm["status"] = "No signal";
@@ -118,7 +125,7 @@ int runSpectrumCommand(const std::vector<std::string>& args, std::ostream& out, 
     o["main_meter"] = mm;
   }
   if (thd > 0) {
-    const ThdResult r = computeThd(e.SpecAmp, e.SpecBins, e.PeakBin, e.PeakAmp, in.SamplePeriod, thd, power);
+    const ThdResult r = computeThd(e, stage.samplePeriod(), thd, power);
     QJsonObject t;
     t["valid"] = r.valid;
     t["percent"] = r.value;

@@ -6,6 +6,7 @@
 
 #include "config/text_number.h"
 #include "spectrum/sinxx.h"
+#include "spectrum/spectrum_engine.h"
 
 namespace zorvik {
 
@@ -15,15 +16,16 @@ std::string numberText(double v) {
   std::snprintf(buf, sizeof buf, "%.7G", v);
   return buf;
 }
-}  // namespace
 
-MainMeterReading readMainMeter(const std::vector<float>& spectrum, int bins, float maxFrequency,
-                               float peakBin, float peakAmp, const std::string& minText,
-                               const std::string& maxText, bool sinxx) {
+// `lines` is what the band is searched in, `computed` what sin(x)/x rebuilds from; no position below
+// `firstBin` is read.
+MainMeterReading readBand(const std::vector<float>& lines, const std::vector<float>& computed, int firstBin,
+                          int bins, float maxFrequency, float peakBin, float peakAmp,
+                          const std::string& minText, const std::string& maxText, bool sinxx) {
   MainMeterReading r;
   r.minText = minText;
   r.maxText = maxText;
-  bins = std::min(bins, static_cast<int>(spectrum.size()));
+  bins = std::min({bins, static_cast<int>(lines.size()), static_cast<int>(computed.size())});
   if (bins < 1 || !(maxFrequency > 0)) return r;
   float from = 0, to = static_cast<float>(bins - 1);
   float amp = peakAmp, bin = peakBin;
@@ -37,15 +39,18 @@ MainMeterReading readMainMeter(const std::vector<float>& spectrum, int bins, flo
     amp = 0;
     bin = 0;
     const int last = std::min(static_cast<int>(std::lround(to)), bins - 1);
-    for (int i = std::max(static_cast<int>(from), 0); i <= last; ++i) {
-      if (spectrum[static_cast<size_t>(i)] > amp) {
-        amp = spectrum[static_cast<size_t>(i)];
+    // A bottom typed past the spectrum finds nothing (and is no integer out of range).
+    const int first = static_cast<int>(std::clamp(from, 0.0f, static_cast<float>(bins)));
+    for (int i = first; i <= last; ++i) {
+      if (lines[static_cast<size_t>(i)] > amp) {
+        amp = lines[static_cast<size_t>(i)];
         bin = static_cast<float>(i);
       }
     }
   }
   if (sinxx) {
-    const InterpolatedPeak p = InterpolationMaxFind(spectrum, bins, from, to);
+    const InterpolatedPeak p =
+        InterpolationMaxFind(computed, bins, std::max(from, static_cast<float>(firstBin)), to);
     amp = p.amplitude;
     bin = p.bin;
   }
@@ -54,6 +59,20 @@ MainMeterReading readMainMeter(const std::vector<float>& spectrum, int bins, flo
   r.frequency = static_cast<double>(maxFrequency) * bin / bins;
   r.signal = amp != 0;
   return r;
+}
+
+}  // namespace
+
+MainMeterReading readMainMeter(const std::vector<float>& spectrum, int bins, float maxFrequency,
+                               float peakBin, float peakAmp, const std::string& minText,
+                               const std::string& maxText, bool sinxx) {
+  return readBand(spectrum, spectrum, 0, bins, maxFrequency, peakBin, peakAmp, minText, maxText, sinxx);
+}
+
+MainMeterReading readMainMeter(const SpectrumEngine& e, const std::string& minText,
+                               const std::string& maxText, bool sinxx) {
+  return readBand(e.SpecAmp, e.BinAmp, e.FirstBin, e.SpecBins, e.MaxFreq, e.PeakBin, e.PeakAmp, minText,
+                  maxText, sinxx);
 }
 
 }  // namespace zorvik

@@ -2,11 +2,9 @@
 
 #include <QCloseEvent>
 #include <QGridLayout>
-#include <QHideEvent>
-#include <QShowEvent>
 #include <QToolButton>
 #include <cmath>
-#include <cstdio>
+#include <vector>
 
 #include "config/settings.h"
 #include "measure/main_meter.h"
@@ -19,11 +17,13 @@ namespace zorvik {
 
 namespace {
 const char* const kNames[4] = {"", "DB", "Per", "Frq"};
-const char* const kResetKeys[4] = {"KeyResetACV", "KeyResetDBV", "KeyResetPer", "KeyResetFrq"};
+// The reset keys of each row; the level row has two.
+const std::vector<const char*> kResetKeys[4] = {
+    {"KeyResetACV"}, {"KeyResetDBV", "KeyResetDB"}, {"KeyResetPer"}, {"KeyResetFrq"}};
 }  // namespace
 
 mainmeter::mainmeter(SettingsStore& settings, SpectrumStage& stage, QWidget* parent)
-    : QWidget(parent, Qt::Tool), settings_(settings), stage_(stage) {
+    : SpectrumReaderWindow(stage, SpectrumStage::Reader::MainMeter, parent), settings_(settings) {
   setObjectName("mainmeter");
   setWindowTitle("Max.freq");
   auto* grid = new QGridLayout(this);
@@ -43,14 +43,17 @@ mainmeter::mainmeter(SettingsStore& settings, SpectrumStage& stage, QWidget* par
       grid->addWidget(l, g + 1, c);
       labels_[static_cast<size_t>(g)][static_cast<size_t>(c)] = l;
     }
-    auto* reset = new QToolButton(this);
-    reset->setObjectName(kResetKeys[g]);
-    reset->setText("R");
-    connect(reset, &QToolButton::clicked, this, [this, g] {
-      stats_[static_cast<size_t>(g)].reset();
-      for (QLabel* l : labels_[static_cast<size_t>(g)]) l->clear();
-    });
-    grid->addWidget(reset, g + 1, 4);
+    int column = 4;
+    for (const char* name : kResetKeys[g]) {
+      auto* reset = new QToolButton(this);
+      reset->setObjectName(name);
+      reset->setText("R");
+      connect(reset, &QToolButton::clicked, this, [this, g] {
+        stats_[static_cast<size_t>(g)].reset();
+        for (QLabel* l : labels_[static_cast<size_t>(g)]) l->clear();
+      });
+      grid->addWidget(reset, g + 1, column++);
+    }
   }
   MinFreq = new QLineEdit(this);
   MinFreq->setObjectName("MinFreq");
@@ -80,11 +83,8 @@ QString mainmeter::text(Group g, float value) const {
   switch (g) {
     case Amplitude:
       return QString::fromStdString(meterEngineeringText(value, 0, "V", true, MeterDigits::Four));
-    case Level: {
-      char buf[32];
-      std::snprintf(buf, sizeof buf, "%04.1fdBV", static_cast<double>(value));
-      return buf;
-    }
+    case Level:  // sign, two digits at least, one decimal: "-06.0dBV"
+      return QString::fromStdString(formatPicture(value, "00.0") + "dBV");
     case Period:
       return QString::fromStdString(meterEngineeringText(value, 0, "s", true, MeterDigits::Four));
     default:
@@ -101,23 +101,9 @@ void mainmeter::show(Group g, bool all) {
   l[3]->setText(text(g, s.avg));
 }
 
-mainmeter::~mainmeter() {
-  stage_.setReaderOpen(SpectrumStage::Reader::MainMeter, false);
-}
-
-// A minimised meter is still open.
-void mainmeter::showEvent(QShowEvent* event) {
-  if (!event->spontaneous()) stage_.setReaderOpen(SpectrumStage::Reader::MainMeter, true);
-}
-
-void mainmeter::hideEvent(QHideEvent* event) {
-  if (!event->spontaneous()) stage_.setReaderOpen(SpectrumStage::Reader::MainMeter, false);
-}
-
 void mainmeter::Ind(const SpectrumEngine& e) {
   const MainMeterReading r =
-      readMainMeter(e.SpecAmp, e.SpecBins, e.MaxFreq, e.PeakBin, e.PeakAmp, MinFreq->text().toStdString(),
-                    MaxFreq->text().toStdString(), sinxx());
+      readMainMeter(e, MinFreq->text().toStdString(), MaxFreq->text().toStdString(), sinxx());
   if (MinFreq->text().toStdString() != r.minText) MinFreq->setText(QString::fromStdString(r.minText));
   if (MaxFreq->text().toStdString() != r.maxText) MaxFreq->setText(QString::fromStdString(r.maxText));
   if (!r.signal) {

@@ -3,26 +3,24 @@
 #include <QElapsedTimer>
 #include <QLabel>
 #include <QLineEdit>
-#include <QWidget>
 #include <array>
 #include <functional>
 
 #include "measure/slow_stats.h"
+#include "measure/spectrum_reader_window.h"
 
 namespace zorvik {
 
 class SettingsStore;
 class SpectrumEngine;
-class SpectrumStage;
 
 // mainmeter ("Max.freq"): the strongest line of the spectrum in a band, beyond the bin width, as
 // amplitude, level, period and frequency, each with its minimum, maximum and slow average.
-class mainmeter : public QWidget {
+class mainmeter : public SpectrumReaderWindow {
   Q_OBJECT
  public:
   // Open, it is one of the stage's readers; its Sin(x)/x check box is the stage's.
   mainmeter(SettingsStore& settings, SpectrumStage& stage, QWidget* parent = nullptr);
-  ~mainmeter() override;
   // The spectrum's data.
   void Ind(const SpectrumEngine& e);
   bool sinxx() const { return SinXxInterpolation->isChecked(); }
@@ -30,8 +28,6 @@ class mainmeter : public QWidget {
 
  protected:
   void closeEvent(QCloseEvent* event) override;
-  void showEvent(QShowEvent* event) override;
-  void hideEvent(QHideEvent* event) override;
 
  private:
   enum Group { Amplitude, Level, Period, Frequency, kGroups };
@@ -39,7 +35,6 @@ class mainmeter : public QWidget {
   QString text(Group g, float value) const;
 
   SettingsStore& settings_;
-  SpectrumStage& stage_;
   QElapsedTimer clock_;
   std::array<SlowStats, kGroups> stats_;
   std::array<std::array<QLabel*, 4>, kGroups> labels_{};  // current, minimum, maximum, average

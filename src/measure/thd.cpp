@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "spectrum/sinxx.h"
+#include "spectrum/spectrum_engine.h"
 
 namespace zorvik {
 
@@ -32,6 +33,10 @@ ThdResult computeThd(const std::vector<float>& spectrum, int bins, float peakBin
                                          : std::sqrt(sum) * 100 / peakAmp);
   r.valid = true;
   return r;
+}
+
+ThdResult computeThd(const SpectrumEngine& e, float samplePeriod, int maxHarm, bool powerMode) {
+  return computeThd(e.BinAmp, e.SpecBins, e.PeakBin, e.PeakAmp, samplePeriod, maxHarm, powerMode);
 }
 
 }  // namespace zorvik

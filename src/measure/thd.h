@@ -3,6 +3,8 @@
 
 namespace zorvik {
 
+class SpectrumEngine;
+
 // One line of the harmonics: its number, where it was found and how strong it is.
 struct Harmonic {
   int number = 0;
@@ -24,5 +26,7 @@ int harmonicsLimit(int typed);
 // its place, in amplitude (root of the summed squares) or, with powerMode, in power, against the fundamental.
 ThdResult computeThd(const std::vector<float>& spectrum, int bins, float peakBin, float peakAmp,
                      float samplePeriod, int maxHarm, bool powerMode);
+// Of the spectrum's strongest line, its harmonics rebuilt from the bins as computed.
+ThdResult computeThd(const SpectrumEngine& e, float samplePeriod, int maxHarm, bool powerMode);
 
 }  // namespace zorvik

@@ -1,16 +1,14 @@
 #include "measure/thd_window.h"
 
 #include <QCloseEvent>
-#include <QHideEvent>
 #include <QPushButton>
-#include <QShowEvent>
 #include <QVBoxLayout>
 #include <array>
-#include <cstdio>
 
 #include "config/settings.h"
 #include "config/text_number.h"
 #include "core/eng_text.h"
+#include "measure/meter_text.h"
 #include "measure/thd.h"
 #include "spectrum/spectrum_engine.h"
 #include "spectrum/spectrum_stage.h"
@@ -19,7 +17,7 @@
 namespace zorvik {
 
 THDmeter::THDmeter(SettingsStore& settings, SpectrumStage& stage, QWidget* parent)
-    : QWidget(parent, Qt::Tool), settings_(settings), stage_(stage) {
+    : SpectrumReaderWindow(stage, SpectrumStage::Reader::Thd, parent), settings_(settings) {
   setObjectName("THDmeter");
   setWindowTitle("THD");
   auto* column = new QVBoxLayout(this);
@@ -80,22 +78,7 @@ void THDmeter::reset() {
 }
 
 QString THDmeter::percent(float v) const {
-  char buf[32];
-  std::snprintf(buf, sizeof buf, "%04.1f%%", static_cast<double>(v));
-  return buf;
-}
-
-THDmeter::~THDmeter() {
-  stage_.setReaderOpen(SpectrumStage::Reader::Thd, false);
-}
-
-// A minimised meter is still open.
-void THDmeter::showEvent(QShowEvent* event) {
-  if (!event->spontaneous()) stage_.setReaderOpen(SpectrumStage::Reader::Thd, true);
-}
-
-void THDmeter::hideEvent(QHideEvent* event) {
-  if (!event->spontaneous()) stage_.setReaderOpen(SpectrumStage::Reader::Thd, false);
+  return QString::fromStdString(formatPicture(v, "00.0") + "%");
 }
 
 void THDmeter::Ind(const SpectrumEngine& e, float samplePeriod) {
@@ -103,8 +86,7 @@ void THDmeter::Ind(const SpectrumEngine& e, float samplePeriod) {
   const int typed = static_cast<int>(textToNumber(MaxHarm->text().toStdString(), 0));
   const int h = harmonicsLimit(typed);
   if (h != typed) MaxHarm->setText(QString::number(h));
-  const ThdResult r =
-      computeThd(e.SpecAmp, e.SpecBins, e.PeakBin, e.PeakAmp, samplePeriod, h, PowerMode->isChecked());
+  const ThdResult r = computeThd(e, samplePeriod, h, PowerMode->isChecked());
   if (!r.valid) return;
   if (HarmList->isChecked()) {
     if (rows_.size() != r.lines.size()) {

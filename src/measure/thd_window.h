@@ -5,41 +5,36 @@
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
-#include <QWidget>
 #include <functional>
 #include <vector>
 
 #include "measure/slow_stats.h"
+#include "measure/spectrum_reader_window.h"
 
 namespace zorvik {
 
 class SettingsStore;
 class SpectrumEngine;
-class SpectrumStage;
 
 // THDmeter: the total harmonic distortion of the strongest line, with its minimum, maximum and slow
 // average, and the list of the harmonics when asked.
-class THDmeter : public QWidget {
+class THDmeter : public SpectrumReaderWindow {
   Q_OBJECT
  public:
   // Open, it is one of the stage's readers: its fundamental is refined and its window is not rectangular.
   THDmeter(SettingsStore& settings, SpectrumStage& stage, QWidget* parent = nullptr);
-  ~THDmeter() override;
   void Ind(const SpectrumEngine& e, float samplePeriod);
   const SlowStats& stats() const { return stats_; }
   std::function<void(const std::string&)> onFault = [](const std::string&) {};
 
  protected:
   void closeEvent(QCloseEvent* event) override;
-  void showEvent(QShowEvent* event) override;
-  void hideEvent(QHideEvent* event) override;
 
  private:
   void reset();
   QString percent(float v) const;
 
   SettingsStore& settings_;
-  SpectrumStage& stage_;
   QElapsedTimer clock_;
   SlowStats stats_;
   QLabel* CurVal = nullptr;

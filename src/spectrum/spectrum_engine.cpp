@@ -92,13 +92,15 @@ void SpectrumEngine::ComputeSpectrum(const SpectrumInput& in, const SpectrumSett
     HeldMax = 0;
     HeldMaxReset = false;
   }
-  SpecAmp.assign(re_.size(), 0.0f);
-  // The lowest bins hold the DC line and its skirt: left out unless asked for.
-  const size_t first = s.DCfreq ? 0 : s.Doubled ? 4 : 2;
+  BinAmp.resize(re_.size());
+  for (size_t j = 0; j < re_.size(); ++j) BinAmp[j] = K * std::sqrt(re_[j] * re_[j] + im_[j] * im_[j]);
+  // The lowest bins hold the DC line and its skirt: left out of the plot and the search unless asked for.
+  FirstBin = std::min(s.DCfreq ? 0 : s.Doubled ? 4 : 2, static_cast<int>(BinAmp.size()));
+  SpecAmp.assign(BinAmp.begin(), BinAmp.end());
+  std::fill(SpecAmp.begin(), SpecAmp.begin() + FirstBin, 0.0f);
   PeakAmp = 0;
   PeakBin = 0;
-  for (size_t j = first; j < re_.size(); ++j) {
-    SpecAmp[j] = K * std::sqrt(re_[j] * re_[j] + im_[j] * im_[j]);
+  for (size_t j = static_cast<size_t>(FirstBin); j < SpecAmp.size(); ++j) {
     if (SpecAmp[j] > PeakAmp) {  // the lowest of equal lines wins
       PeakAmp = SpecAmp[j];
       PeakBin = static_cast<float>(j);
@@ -106,7 +108,9 @@ void SpectrumEngine::ComputeSpectrum(const SpectrumInput& in, const SpectrumSett
   }
   Refined = false;
   if (s.refinePeak && PeakAmp > 0) {
-    const InterpolatedPeak p = InterpolationMaxFind(SpecAmp, SpecBins, PeakBin - 1, PeakBin + 1);
+    // The line is rebuilt from the bins as computed, but not moved into the DC line's skirt.
+    const float from = std::max(PeakBin - 1, static_cast<float>(FirstBin));
+    const InterpolatedPeak p = InterpolationMaxFind(BinAmp, SpecBins, from, PeakBin + 1);
     PeakBin = p.bin;
     PeakAmp = p.amplitude;
     Refined = true;

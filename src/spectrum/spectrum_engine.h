@@ -34,9 +34,13 @@ class SpectrumEngine {
   // The next computation forgets the held maximum.
   void resetHeldMax() { HeldMaxReset = true; }
 
-  std::vector<float> SpecAmp;  // RMS volts a bin
-  int SpecBins = 0;            // bins the frequency axis spans
-  float MaxFreq = 0;           // Hz at the end of the axis
+  std::vector<float> SpecAmp;  // RMS volts a bin; the lowest bins 0 unless DCfreq
+  // Every bin as computed, the lowest ones too: sin(x)/x rebuilds a line from its true neighbours, and a
+  // line in bin 2 or 3 has the DC bins beside it.
+  std::vector<float> BinAmp;
+  int FirstBin = 0;   // the lowest bin that SpecAmp holds and where a line is looked for
+  int SpecBins = 0;   // bins the frequency axis spans
+  float MaxFreq = 0;  // Hz at the end of the axis
   float PeakBin = 0, PeakAmp = 0;
   float FullAmp = 0, ShownMax = 0, HeldMax = 0;
   bool ScaleValid = false;
