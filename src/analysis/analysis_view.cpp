@@ -145,8 +145,10 @@ int32_t AnalysisView::memoryCount(int x, int y) const {
   return memory_->count(x, y);
 }
 
-QImage AnalysisView::picture(const PlotFrame& frame, const PlotTexts& texts, bool withLabels) const {
+QImage AnalysisView::picture(const PlotFrame& frame, const PlotTexts& texts, bool withLabels,
+                             int scale) const {
   PlotLook look;
+  look.scale = scale;
   look.range = range(frame);
   look.grid = grid_;
   look.labels = labels_ && withLabels;

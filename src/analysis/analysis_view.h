@@ -64,7 +64,8 @@ class AnalysisView {
   int32_t memoryCount(int x, int y) const;
 
   // The picture as the window shows it, or without labels and markers: the plot alone.
-  QImage picture(const PlotFrame& frame, const PlotTexts& texts, bool withLabels = true) const;
+  // `scale`: device pixels a picture pixel, for a sharp plot on a high-resolution screen.
+  QImage picture(const PlotFrame& frame, const PlotTexts& texts, bool withLabels = true, int scale = 1) const;
 
   // The picture changed without a new acquisition: the window draws again.
   std::function<void()> onChange = [] {};

@@ -326,7 +326,9 @@ QImage AnalysisWindow::picture(bool withLabels) const {
 
 void AnalysisWindow::replot() {
   if (!plot_) return;
-  plot_->setPicture(view_.picture(frame(), texts()));
+  // At the screen's whole scale, as the main display is drawn.
+  const int scale = std::max(1, static_cast<int>(plot_->devicePixelRatioF()));
+  plot_->setPicture(view_.picture(frame(), texts(), true, scale));
   refreshControls();
 }
 

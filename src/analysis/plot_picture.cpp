@@ -49,7 +49,7 @@ double clampedRow(float row) {
 
 void drawGrid(QPainter& p, const PlotFrame& frame, const PlotLook& look, const PlotTexts& texts) {
   const PlotRange& r = look.range;
-  p.setPen(QPen(QColor::fromRgb(kGridColour), 1));
+  p.setPen(QPen(QColor::fromRgb(kGridColour), 0));  // one device pixel at any screen scale
   p.drawRect(G::kMargin, G::kMargin, G::kWidth - 1, G::kHeight);
   const double xStep = tidyStep(r.span, G::kWidth / (2 * G::kDivision));
   for (double t : tidyTicks(r.left, r.left + r.span, xStep)) {
@@ -139,7 +139,7 @@ void drawTrace(QPainter& p, const PlotFrame& frame, const std::vector<float>& co
   }
 }
 
-void drawMemory(QImage& image, const Persistence& memory, const PlotStyle& style) {
+void drawMemory(QImage& image, int scale, const Persistence& memory, const PlotStyle& style) {
   GradeStyle grade;
   grade.colour = style.colourGrading();
   grade.emphasis = style.emphasis();
@@ -153,15 +153,18 @@ void drawMemory(QImage& image, const Persistence& memory, const PlotStyle& style
     for (int y = 1; y < Persistence::kRows - 1; ++y) {
       const int32_t count = memory.count(x, y);
       if (count <= 0) continue;
-      image.setPixel(G::kMargin + x, G::kMargin + (Persistence::kRows - 1 - y),
-                     graded ? 0xFF000000u | Persistence::colourOf(count, max, grade) : plain);
+      const QRgb colour = graded ? 0xFF000000u | Persistence::colourOf(count, max, grade) : plain;
+      // A cell is a whole picture pixel, scale by scale device pixels.
+      const int px = (G::kMargin + x) * scale, py = (G::kMargin + (Persistence::kRows - 1 - y)) * scale;
+      for (int dy = 0; dy < scale; ++dy)
+        for (int dx = 0; dx < scale; ++dx) image.setPixel(px + dx, py + dy, colour);
     }
   }
 }
 
 void drawMarkers(QPainter& p, const PlotLook& look) {
   const PlotMarkers& mk = look.markers;
-  p.setPen(QPen(QColor::fromRgb(kMarkerColour), 1, Qt::DashLine));
+  p.setPen(QPen(QColor::fromRgb(kMarkerColour), 0, Qt::DashLine));
   const int left = G::kMargin, right = G::kMargin + G::kWidth - 1, top = G::kMargin,
             bottom = G::kMargin + G::kHeight;
   if (mk.vertical)
@@ -229,9 +232,12 @@ std::vector<float> frameColumns(const PlotFrame& frame, const PlotRange& range, 
 
 QImage drawPlot(const PlotFrame& frame, const std::vector<float>& columns, const PlotLook& look,
                 const PlotStyle& style, const PlotTexts& texts, const Persistence* memory) {
-  QImage image(G::imageWidth(), G::imageHeight(), QImage::Format_RGB32);
+  const int scale = std::clamp(look.scale, 1, 8);
+  QImage image(G::imageWidth() * scale, G::imageHeight() * scale, QImage::Format_RGB32);
   image.fill(Qt::black);
-  if (memory) drawMemory(image, *memory, style);
+  if (memory) drawMemory(image, scale, *memory, style);
+  // The painter works in picture pixels; at a screen scale above 1 it draws into the finer device pixels.
+  image.setDevicePixelRatio(scale);
   QPainter p(&image);
   if (look.grid) drawGrid(p, frame, look, texts);
   if (frame.valid && !memory) drawTrace(p, frame, columns, look, style);

@@ -49,6 +49,7 @@ struct PlotLook {
   bool grid = true, labels = true;
   PlotMarkers markers;
   std::string markerHorText, markerVertText;  // MarkerHorText, MarkerVertText
+  int scale = 1;  // device pixels a picture pixel: the screen's whole scale; files are drawn at 1
 };
 
 // The row of each pixel column of the trace area (see plotColumns), for the frame at the zoomed range.
