@@ -142,11 +142,20 @@ void AnalysisWindow::buildMenus() {
   buildMemoryMenu(menuBar_->addMenu("Memo"));
 }
 
-// A list of choices of one style value: item i sets value first + i.
-static void styleChoices(AnalysisWindow* window, QMenu* menu, const char* object, StyleKey key,
-                         std::vector<QString> captions, int first,
-                         const std::function<void(StyleKey, int)>& set,
-                         std::vector<std::function<void()>>& refreshers, const AnalysisView& view) {
+void AnalysisWindow::addStyleToggle(QMenu* menu, const char* caption, const char* object, StyleKey key) {
+  QAction* a = menu->addAction(caption);
+  a->setObjectName(object);
+  a->setCheckable(true);
+  connect(a, &QAction::triggered, this,
+          [this, key](bool on) { guarded([&] { view_.setStyle(key, on ? 1 : 0); }); });
+  refreshers_.push_back([this, a, key] {
+    const QSignalBlocker b(a);
+    a->setChecked(view_.style().on(key));
+  });
+}
+
+void AnalysisWindow::addStyleChoices(QMenu* menu, const char* object, StyleKey key,
+                                     const std::vector<QString>& captions, int first) {
   auto* group = new QActionGroup(menu);
   std::vector<QAction*> actions;
   for (size_t i = 0; i < captions.size(); ++i) {
@@ -155,11 +164,12 @@ static void styleChoices(AnalysisWindow* window, QMenu* menu, const char* object
     a->setCheckable(true);
     group->addAction(a);
     const int value = first + static_cast<int>(i);
-    QObject::connect(a, &QAction::triggered, window, [set, key, value] { set(key, value); });
+    connect(a, &QAction::triggered, this,
+            [this, key, value] { guarded([&] { view_.setStyle(key, value); }); });
     actions.push_back(a);
   }
-  refreshers.push_back([actions, key, first, &view] {
-    const int index = view.style()[key] - first;
+  refreshers_.push_back([this, actions, key, first] {
+    const int index = view_.style()[key] - first;
     for (size_t i = 0; i < actions.size(); ++i) {
       const QSignalBlocker b(actions[i]);
       actions[i]->setChecked(static_cast<int>(i) == index);
@@ -169,67 +179,47 @@ static void styleChoices(AnalysisWindow* window, QMenu* menu, const char* object
 
 void AnalysisWindow::buildStyleMenu(QMenu* menu) {
   menu->setObjectName("PlotMenu");
-  auto set = [this](StyleKey key, int value) { guarded([&] { view_.setStyle(key, value); }); };
-  auto toggle = [this, menu, set](const char* caption, const char* object, StyleKey key) {
-    QAction* a = menu->addAction(caption);
-    a->setObjectName(object);
-    a->setCheckable(true);
-    connect(a, &QAction::triggered, this, [set, key](bool on) { set(key, on ? 1 : 0); });
-    refreshers_.push_back([this, a, key] {
-      const QSignalBlocker b(a);
-      a->setChecked(view_.style().on(key));
-    });
-  };
-  toggle("Line", "Line1", StyleKey::Line);
-  toggle("Pixel", "Pixel1", StyleKey::Pixel);
-  toggle("Fill", "Fill1", StyleKey::Fill);
+  addStyleToggle(menu, "Line", "Line1", StyleKey::Line);
+  addStyleToggle(menu, "Pixel", "Pixel1", StyleKey::Pixel);
+  addStyleToggle(menu, "Fill", "Fill1", StyleKey::Fill);
   const std::vector<QString> colours(std::begin(kColours), std::end(kColours));
-  styleChoices(this, menu->addMenu("Line colour"), "Line1Color", StyleKey::LineColor, colours, 0, set,
-               refreshers_, view_);
-  styleChoices(this, menu->addMenu("Pixel colour"), "Pixel1Color", StyleKey::PixelColor, colours, 0, set,
-               refreshers_, view_);
-  styleChoices(this, menu->addMenu("Fill colour"), "Fill1Color", StyleKey::FillColor, colours, 0, set,
-               refreshers_, view_);
-  styleChoices(this, menu->addMenu("Line width"), "Line1Width", StyleKey::LineWidth,
-               {"1", "2", "3", "4", "5"}, 1, set, refreshers_, view_);
+  addStyleChoices(menu->addMenu("Line colour"), "Line1Color", StyleKey::LineColor, colours, 0);
+  addStyleChoices(menu->addMenu("Pixel colour"), "Pixel1Color", StyleKey::PixelColor, colours, 0);
+  addStyleChoices(menu->addMenu("Fill colour"), "Fill1Color", StyleKey::FillColor, colours, 0);
+  addStyleChoices(menu->addMenu("Line width"), "Line1Width", StyleKey::LineWidth, {"1", "2", "3", "4", "5"},
+                  1);
   menu->addSeparator();
   std::vector<QString> points;
   for (int n = 1; n <= 8; ++n) points.push_back(QString::number(1 << n));
-  styleChoices(this, menu->addMenu("Interpolation points"), "InterpolationPoints1",
-               StyleKey::InterpolationPoints, points, 1, set, refreshers_, view_);
-  toggle("Interpolated points", "InterpPixel1", StyleKey::InterpPixel);
-  styleChoices(this, menu->addMenu("Speed"), "Speed1", StyleKey::Speed, {"0", "1", "2", "3"}, 0, set,
-               refreshers_, view_);
+  addStyleChoices(menu->addMenu("Interpolation points"), "InterpolationPoints1",
+                  StyleKey::InterpolationPoints, points, 1);
+  addStyleToggle(menu, "Interpolated points", "InterpPixel1", StyleKey::InterpPixel);
+  addStyleChoices(menu->addMenu("Speed"), "Speed1", StyleKey::Speed, {"0", "1", "2", "3"}, 0);
 }
 
 void AnalysisWindow::buildMemoryMenu(QMenu* menu) {
   menu->setObjectName("MemoMenu");
-  auto set = [this](StyleKey key, int value) { guarded([&] { view_.setStyle(key, value); }); };
-  auto toggle = [this, menu, set](const char* caption, const char* object, StyleKey key) {
-    QAction* a = menu->addAction(caption);
-    a->setObjectName(object);
-    a->setCheckable(true);
-    connect(a, &QAction::triggered, this, [set, key](bool on) { set(key, on ? 1 : 0); });
-    refreshers_.push_back([this, a, key] {
-      const QSignalBlocker b(a);
-      a->setChecked(view_.style().on(key));
-    });
-  };
-  toggle("Memory", "Memory", StyleKey::Memory);
-  styleChoices(this, menu->addMenu("Memo (DPO) mode:"), "MemoMode", StyleKey::MemoMode,
-               {"None", "Intencity", "Color"}, 0, set, refreshers_, view_);
-  styleChoices(this, menu->addMenu("Depth"), "MemoDepth1", StyleKey::MemoryDepth,
-               {"Infinite", "128", "32", "8 (fast)"}, 0, set, refreshers_, view_);
-  styleChoices(this, menu->addMenu("Acquisitions a plot"), "AcqPerPlot1", StyleKey::AcqPerPlot,
-               {"each acq", "/2", "/5", "/10"}, 0, set, refreshers_, view_);
+  addStyleToggle(menu, "Memory", "Memory", StyleKey::Memory);
+  addStyleChoices(menu->addMenu("Memo (DPO) mode:"), "MemoMode", StyleKey::MemoMode,
+                  {"None", "Intencity", "Color"}, 0);
+  addStyleChoices(menu->addMenu("Depth"), "MemoDepth1", StyleKey::MemoryDepth,
+                  {"Infinite", "128", "32", "8 (fast)"}, 0);
+  addStyleChoices(menu->addMenu("Acquisitions a plot"), "AcqPerPlot1", StyleKey::AcqPerPlot,
+                  {"each acq", "/2", "/5", "/10"}, 0);
   const std::vector<QString> percent = {"0%", "20%", "40%", "60%", "80%", "100%"};
-  styleChoices(this, menu->addMenu("Emphasize color"), "EmphasizeColor1", StyleKey::EmphasizeColor, percent,
-               0, set, refreshers_, view_);
-  styleChoices(this, menu->addMenu("Emphasize intensity"), "EmphasizeIntens1", StyleKey::EmphasizeIntens,
-               percent, 0, set, refreshers_, view_);
-  toggle("Emphasize invert", "InvertColorIntenc1", StyleKey::EmphasizeInvert);
-  toggle("Leave single", "LeaveSingle1", StyleKey::LeaveSingle);
-  toggle("By bitmap", "BitmapPlot1", StyleKey::ByBitmap);
+  addStyleChoices(menu->addMenu("Emphasize color"), "EmphasizeColor1", StyleKey::EmphasizeColor, percent, 0);
+  addStyleChoices(menu->addMenu("Emphasize intensity"), "EmphasizeIntens1", StyleKey::EmphasizeIntens,
+                  percent, 0);
+  addStyleToggle(menu, "Emphasize invert", "InvertColorIntenc1", StyleKey::EmphasizeInvert);
+  addStyleToggle(menu, "Leave single", "LeaveSingle1", StyleKey::LeaveSingle);
+  addStyleToggle(menu, "By bitmap", "BitmapPlot1", StyleKey::ByBitmap);
+}
+
+void AnalysisWindow::addCsvAction(std::function<void()> save) {
+  auto* a = new QAction("Save to CSV-file", file_);
+  a->setObjectName("SaveToCSV");
+  connect(a, &QAction::triggered, this, std::move(save));
+  file_->insertAction(file_->actions().value(0), a);
 }
 
 void AnalysisWindow::buildPictureMenu(QMenu* menu) {

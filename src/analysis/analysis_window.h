@@ -53,6 +53,8 @@ class AnalysisWindow : public QWidget {
   // The controls above the plot go into `controls`; the plot, its zoom and the read-outs follow.
   void buildFrame(QLayout* controls, QLayout* readouts);
   QMenu* fileMenu() { return file_; }
+  // File → Save to CSV-file, first in the menu.
+  void addCsvAction(std::function<void()> save);
   // Draws the picture again (a setting changed what it shows); a window adds its read-outs.
   virtual void replot();
   // A new acquisition has been computed: into the memory, drawn when due, and to the recorder.
@@ -82,6 +84,10 @@ class AnalysisWindow : public QWidget {
   void buildMenus();
   void buildStyleMenu(QMenu* menu);
   void buildMemoryMenu(QMenu* menu);
+  // A check mark of a style value, and a list of its choices (item i sets first + i).
+  void addStyleToggle(QMenu* menu, const char* caption, const char* object, StyleKey key);
+  void addStyleChoices(QMenu* menu, const char* object, StyleKey key, const std::vector<QString>& captions,
+                       int first);
   void buildPictureMenu(QMenu* menu);
   void buildAnimationMenu(QMenu* menu);
   void refreshControls();

@@ -7,6 +7,7 @@
 #include "analysis/analysis_view.h"
 #include "cli/decode_command.h"
 #include "cli/display_command.h"
+#include "cli/headless_picture.h"
 #include "config/settings.h"
 #include "core/fault.h"
 #include "export/file_io.h"
@@ -119,14 +120,6 @@ void setView(AnalysisView& view, const ViewArgs& a) {
   const double range = ViewZoom::kMax - ViewZoom::kMin;
   if (a.hZoom > 1) view.hZoom().setValue(static_cast<int>(std::lround(ViewZoom::kMax - a.hPos * range)));
   if (a.vZoom > 1) view.vZoom().setValue(static_cast<int>(std::lround(ViewZoom::kMin + a.vPos * range)));
-}
-
-std::string pngBytes(const QImage& image) {
-  QByteArray bytes;
-  QBuffer buffer(&bytes);
-  buffer.open(QIODevice::WriteOnly);
-  if (!image.save(&buffer, "PNG")) throw Fault("cannot encode the picture as PNG");
-  return bytes.toStdString();
 }
 
 QImage spectrumPicture(const ViewArgs& a, const PacketInfo& info, AnalysisView& view) {

@@ -1,5 +1,6 @@
 #include "cli/headless_picture.h"
 
+#include <QBuffer>
 #include <QGuiApplication>
 
 #include "control/channel_control.h"
@@ -30,6 +31,14 @@ QImage headlessPicture(HeadlessDisplay& rig, bool labels) {
   texts.RISmodeTransparant = state.risVisible ? state.risCaption : std::string();
   texts.noTrigger = state.noTriggerVisible;
   return displayPicture(rig.display(), texts, labels);
+}
+
+std::string pngBytes(const QImage& image) {
+  QByteArray bytes;
+  QBuffer buffer(&bytes);
+  buffer.open(QIODevice::WriteOnly);
+  if (!image.save(&buffer, "PNG")) throw Fault("cannot encode the picture as PNG");
+  return bytes.toStdString();
 }
 
 std::vector<PacketFile> readPacketFiles(const std::vector<std::string>& paths) {

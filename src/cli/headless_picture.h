@@ -16,6 +16,9 @@ void zoomVertically(HeadlessDisplay& rig, float vZoom);
 QImage headlessPicture(HeadlessDisplay& rig, bool labels);
 
 // Every packet file read first, so that a bad one stops the command before anything is drawn.
+// The PNG file's bytes of a picture; Fault when it can't be encoded.
+std::string pngBytes(const QImage& image);
+
 std::vector<PacketFile> readPacketFiles(const std::vector<std::string>& paths);
 
 // One packet file onto the display, at the samples a division asked for, else the file's, else 16.

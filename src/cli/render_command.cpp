@@ -48,14 +48,6 @@ RenderArgs parseArgs(const std::vector<std::string>& args) {
   return r;
 }
 
-std::string pngBytes(const QImage& image) {
-  QByteArray bytes;
-  QBuffer buffer(&bytes);
-  buffer.open(QIODevice::WriteOnly);
-  if (!image.save(&buffer, "PNG")) throw Fault("cannot encode the picture as PNG");
-  return bytes.toStdString();
-}
-
 int render(const RenderArgs& a) {
   const std::vector<PacketFile> packets = readPacketFiles(a.files);
   if (a.labels && !qobject_cast<QGuiApplication*>(QCoreApplication::instance()))

@@ -80,12 +80,7 @@ Spectrum::Spectrum(SettingsStore& settings, SpectrumStage& stage, PacketFiles& f
   buildFrame(controls, readouts);
 
   QMenu* file = fileMenu();
-  file->insertAction(file->actions().value(0), [&] {
-    auto* a = new QAction("Save to CSV-file", file);
-    a->setObjectName("SaveToCSV");
-    connect(a, &QAction::triggered, this, [this] { SaveToCSV(); });
-    return a;
-  }());
+  addCsvAction([this] { SaveToCSV(); });
   stage_.loadSettings(settings_);
   mainMeter_ = new mainmeter(settings_, stage_, this);
   thdMeter_ = new THDmeter(settings_, stage_, this);

@@ -41,12 +41,7 @@ Stat::Stat(SettingsStore& settings, StatStage& stage, PacketFiles& files, Device
   buildFrame(controls, readouts);
 
   QMenu* file = fileMenu();
-  file->insertAction(file->actions().value(0), [&] {
-    auto* a = new QAction("Save to CSV-file", file);
-    a->setObjectName("SaveToCSV");
-    connect(a, &QAction::triggered, this, [this] { SaveToCSV(); });
-    return a;
-  }());
+  addCsvAction([this] { SaveToCSV(); });
   file->addAction("Setup Hot Key", this,
                   [this] { (new HotKey(settings_, this))->SetupDisplay(this, "Statscope"); })
       ->setObjectName("SetupHotKey");
