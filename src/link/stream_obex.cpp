@@ -23,13 +23,28 @@ StreamObex::~StreamObex() {
 }
 
 void StreamObex::queue(std::function<void()> step) {
-  QMetaObject::invokeMethod(&context(), std::move(step), Qt::QueuedConnection);
+  steps_.push_back(std::move(step));
+  if (steps_.size() >= static_cast<size_t>(kMaxQueued) && connection_) connection_->setPaused(true);
+  if (runPosted_) return;
+  runPosted_ = true;
+  QMetaObject::invokeMethod(
+      &context(), [this] { runSteps(); }, Qt::QueuedConnection);
+}
+
+void StreamObex::runSteps() {
+  runPosted_ = false;
+  // A step may wait and turn the event loop, and steps queued meanwhile run inside it: each is taken
+  // from the front, so the order holds however the runs nest.
+  while (!steps_.empty()) {
+    std::function<void()> step = std::move(steps_.front());
+    steps_.pop_front();
+    if (steps_.size() <= static_cast<size_t>(kMaxQueued / 2) && connection_) connection_->setPaused(false);
+    step();
+  }
 }
 
 void StreamObex::deliver(std::function<void(ObexEvents&)> event) {
-  if (++queued_ >= kMaxQueued && connection_) connection_->setPaused(true);
   queue([this, event = std::move(event)] {
-    if (--queued_ <= kMaxQueued / 2 && connection_) connection_->setPaused(false);
     if (ObexEvents* sink = eventSink()) event(*sink);
   });
 }

@@ -1,5 +1,6 @@
 #pragma once
 #include <cstdint>
+#include <deque>
 #include <functional>
 #include <memory>
 #include <string>
@@ -63,7 +64,7 @@ class StreamObex : public ClassOBEX {
 
   // How long a connection may take to stand.
   static constexpr int kConnectMs = 3000;
-  // Events queued but not yet delivered beyond which reading waits: a program slower than the
+  // Steps queued but not yet run beyond which reading waits: a program slower than the
   // instrument holds the instrument back, as a full USB buffer would.
   static constexpr int kMaxQueued = 64;
 
@@ -72,9 +73,11 @@ class StreamObex : public ClassOBEX {
   void sendName(WireType type, const std::string& name);
   void received(WireMessage&& message);
   void closed(const std::string& error, bool wasConnected);
-  // Runs in event order, after what was queued before.
+  // Runs in event order, after what was queued before. The steps wait in one list, run by one queued
+  // call, so that a read full of packets costs one turn of the event loop, not one a packet.
   void queue(std::function<void()> step);
   void deliver(std::function<void(ObexEvents&)> event);
+  void runSteps();
   // Drops the connection; it is deleted from the event loop, never inside one of its callbacks.
   void retire();
   void refuse(const std::string& error);
@@ -87,7 +90,8 @@ class StreamObex : public ClassOBEX {
   bool online_ = false;
   bool repeat_ = false;
   bool held_ = false;
-  int queued_ = 0;
+  std::deque<std::function<void()>> steps_;
+  bool runPosted_ = false;
   std::string settingsName_;
   bool parallel_ = false;
   int32_t firmwareTimeoutMs_ = 0;

@@ -107,32 +107,44 @@ class Reader {
 void appendMessage(std::string& out, const WireMessage& m) {
   const Layout* layout = findLayout(static_cast<uint8_t>(m.type));
   if (!layout) throw Fault("device stream: no such message type");
-  std::string payload;
+  // Written in place behind a length that is filled in last: a packet is copied once, not per layer.
+  const size_t start = out.size();
+  putU32(out, 0);
+  out += static_cast<char>(m.type);
   for (char f : layout->fields) {
     switch (f) {
       case 'N':
-        if (m.name.size() > 255) throw Fault("device stream: a name of more than 255 bytes: " + m.name);
-        payload += static_cast<char>(m.name.size());
-        payload += m.name;
+        if (m.name.size() > 255) {
+          out.resize(start);
+          throw Fault("device stream: a name of more than 255 bytes: " + m.name);
+        }
+        out += static_cast<char>(m.name.size());
+        out += m.name;
         break;
       case 'D':
-        putBytes(payload, m.data);
+        putBytes(out, m.data);
         break;
       case 'T':
-        putBytes(payload, m.text);
+        putBytes(out, m.text);
         break;
       case 'I':
-        putU32(payload, static_cast<uint32_t>(m.number));
+        putU32(out, static_cast<uint32_t>(m.number));
         break;
       case 'A':
-        payload += static_cast<char>(m.flagA ? 1 : 0);
+        out += static_cast<char>(m.flagA ? 1 : 0);
         break;
       case 'B':
-        payload += static_cast<char>(m.flagB ? 1 : 0);
+        out += static_cast<char>(m.flagB ? 1 : 0);
         break;
     }
   }
-  appendFrame(out, static_cast<uint8_t>(m.type), payload);
+  const size_t body = out.size() - start - kFrameLengthBytes;
+  if (body > kMaxFrameBody) {
+    out.resize(start);
+    throw Fault("device stream: a message of " + std::to_string(body - 1) + " bytes is too long");
+  }
+  for (size_t i = 0; i < kFrameLengthBytes; ++i)
+    out[start + i] = static_cast<char>((body >> (8 * (kFrameLengthBytes - 1 - i))) & 0xFF);
 }
 
 std::string encodeMessage(const WireMessage& message) {
