@@ -15,7 +15,7 @@ listing=$(dpkg-deb -c "$deb")
 for f in bin/zorvik bin/zorvik-cli bin/zorvik-sim share/applications/$id.desktop share/metainfo/$id.metainfo.xml \
          share/mime/packages/$id.xml share/icons/hicolor/scalable/apps/$id.svg \
          share/icons/hicolor/{48x48,128x128,256x256}/apps/$id.png \
-         share/man/man1/zorvik.1 share/man/man1/zorvik-cli.1; do
+         share/man/man1/zorvik.1 share/man/man1/zorvik-cli.1 share/man/man1/zorvik-sim.1; do
   grep -q " \./usr/$f\$" <<<"$listing" || fail "$f is missing"
 done
 dpkg-deb -f "$deb" Depends | grep -q libqt6widgets6 || fail "no dependencies from the linked libraries"
