@@ -112,6 +112,10 @@ for bad in "--device usb:1" "--device unix:$tmp/z.sock --sim rate=max"; do
 done
 "$sim" --listen "tcp:nohost:1" >/dev/null 2>&1; rc=$?
 check "zorvik-sim bad host exit 2" "[ $rc -eq 2 ]"
+"$sim" --sim rate=max >/dev/null 2>&1; rc=$?
+check "zorvik-sim without --listen exit 2" "[ $rc -eq 2 ]"
+check "zorvik-sim --help" "\"$sim\" --help | grep -q '^usage: zorvik-sim --listen'"
+check "zorvik-sim --version" "\"$sim\" --version | grep -Eqx 'zorvik-sim [0-9]+\.[0-9]+\.[0-9]+'"
 
 out=$("$cli" session --packets 3 --single --sim rate=max); rc=$?
 check "single exit" "[ $rc -eq 0 ]"
