@@ -73,8 +73,14 @@ void SimStreamServer::accepted(Socket* socket) {
   connection->setPaused(true);
   // Taken in from the event loop: the end of the session of a program that has just gone is queued
   // before, and must not reach the next one.
+  arriving_.push_back(std::move(connection));
   QMetaObject::invokeMethod(
-      &context_, [this, c = connection.release()] { adopt(std::unique_ptr<WireConnection>(c)); },
+      &context_,
+      [this] {
+        std::unique_ptr<WireConnection> next = std::move(arriving_.front());
+        arriving_.pop_front();
+        adopt(std::move(next));
+      },
       Qt::QueuedConnection);
 }
 

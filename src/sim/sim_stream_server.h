@@ -1,5 +1,6 @@
 #pragma once
 #include <QObject>
+#include <deque>
 #include <functional>
 #include <memory>
 #include <string>
@@ -70,6 +71,7 @@ class SimStreamServer : private ObexEvents {
   std::unique_ptr<QLocalServer> localServer_;
   std::unique_ptr<QTcpServer> tcpServer_;
   std::unique_ptr<WireConnection> client_;
+  std::deque<std::unique_ptr<WireConnection>> arriving_;  // accepted, not yet taken in
   std::vector<std::unique_ptr<WireConnection>> retired_;
   bool onlineSent_ = false;
   bool clientHeld_ = false;  // the program's StopRepeat
