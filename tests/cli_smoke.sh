@@ -96,6 +96,31 @@ check "session exit" "[ $rc -eq 0 ]"
 check "session packets" "echo '$out' | grep -q '\"packets\":20'"
 check "session ready" "echo '$out' | grep -q '\"ready_reached\":true'"
 
+# The instrument that zorvik-sim (built beside the tool) serves on a Unix socket; gone, it is no device.
+sim="$(dirname "$cli")/zorvik-sim"
+"$sim" --listen "unix:$tmp/z.sock" --sim rate=max >"$tmp/sim.out" 2>/dev/null &
+simpid=$!
+for _ in $(seq 100); do grep -q 'listening on' "$tmp/sim.out" 2>/dev/null && break; sleep 0.1; done
+out=$("$cli" session --device "unix:$tmp/z.sock" --packets 100); rc=$?
+check "device session exit" "[ $rc -eq 0 ]"
+check "device session ready" "echo '$out' | grep -q '\"ready_reached\":true'"
+# Packets already on their way when the run stops are taken too.
+n=$(echo "$out" | sed -n 's/.*"packets":\([0-9]*\).*/\1/p')
+check "device session packets" "[ '${n:-0}' -ge 100 ]"
+kill "$simpid"; wait "$simpid" 2>/dev/null
+"$cli" session --device "unix:$tmp/z.sock" --timeout 2 >/dev/null 2>&1; rc=$?
+check "device gone: no session" "[ $rc -eq 1 ]"
+for bad in "--device usb:1" "--device unix:$tmp/z.sock --sim rate=max"; do
+  "$cli" session $bad >/dev/null 2>"$tmp/err"; rc=$?
+  check "session $bad: one line, exit 2" "[ $rc -eq 2 ] && [ \$(wc -l < $tmp/err) -eq 1 ]"
+done
+"$sim" --listen "tcp:nohost:1" >/dev/null 2>&1; rc=$?
+check "zorvik-sim bad host exit 2" "[ $rc -eq 2 ]"
+"$sim" --sim rate=max >/dev/null 2>&1; rc=$?
+check "zorvik-sim without --listen exit 2" "[ $rc -eq 2 ]"
+check "zorvik-sim --help" "\"$sim\" --help | grep -q '^usage: zorvik-sim --listen'"
+check "zorvik-sim --version" "\"$sim\" --version | grep -Eqx 'zorvik-sim [0-9]+\.[0-9]+\.[0-9]+'"
+
 out=$("$cli" session --packets 3 --single --sim rate=max); rc=$?
 check "single exit" "[ $rc -eq 0 ]"
 

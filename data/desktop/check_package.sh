@@ -12,10 +12,10 @@ deb=${debs[0]}
 fail() { echo "package: $*" >&2; exit 1; }
 
 listing=$(dpkg-deb -c "$deb")
-for f in bin/zorvik bin/zorvik-cli share/applications/$id.desktop share/metainfo/$id.metainfo.xml \
+for f in bin/zorvik bin/zorvik-cli bin/zorvik-sim share/applications/$id.desktop share/metainfo/$id.metainfo.xml \
          share/mime/packages/$id.xml share/icons/hicolor/scalable/apps/$id.svg \
          share/icons/hicolor/{48x48,128x128,256x256}/apps/$id.png \
-         share/man/man1/zorvik.1 share/man/man1/zorvik-cli.1; do
+         share/man/man1/zorvik.1 share/man/man1/zorvik-cli.1 share/man/man1/zorvik-sim.1; do
   grep -q " \./usr/$f\$" <<<"$listing" || fail "$f is missing"
 done
 dpkg-deb -f "$deb" Depends | grep -q libqt6widgets6 || fail "no dependencies from the linked libraries"
@@ -30,6 +30,7 @@ appstreamcli validate --no-net "$share/metainfo/$id.metainfo.xml" >/dev/null ||
 version=$(dpkg-deb -f "$deb" Version)
 grep -q "<release version=\"$version\"" "$share/metainfo/$id.metainfo.xml" || fail "no release $version"
 [ "$("$root/usr/bin/zorvik-cli" --version)" = "zorvik-cli $version" ] || fail "zorvik-cli --version"
+[ "$("$root/usr/bin/zorvik-sim" --version)" = "zorvik-sim $version" ] || fail "zorvik-sim --version"
 for size in 48 128 256; do
   file "$share/icons/hicolor/${size}x$size/apps/$id.png" | grep -q "PNG image data, $size x $size" ||
     fail "the ${size}x$size icon is not $size pixels square"

@@ -14,8 +14,7 @@
 #include "core/fault.h"
 #include "session/command_line.h"
 #include "session/instance_lock.h"
-#include "sim/sim_config.h"
-#include "sim/simulated_obex.h"
+#include "session/link_choice.h"
 
 int main(int argc, char** argv) {
   // Help and version need no display: they are answered before Qt looks for one.
@@ -30,10 +29,12 @@ int main(int argc, char** argv) {
   QApplication::setWindowIcon(QIcon::fromTheme("org.zorvik.Zorvik"));
   std::vector<std::string> args(argv + 1, argv + argc);
   zorvik::CommandLine commandLine;
-  zorvik::SimConfig simConfig;
+  // No device library exists on this platform: the simulated instrument stands behind the link, here
+  // or served by zorvik-sim.
+  std::unique_ptr<zorvik::ClassOBEX> link;
   try {
     commandLine = zorvik::parseCommandLine(args);
-    for (const auto& o : commandLine.simOptions) zorvik::applySimOptions(simConfig, o);
+    link = zorvik::makeLink(commandLine.simOptions, commandLine.device);
   } catch (const std::exception& e) {
     std::cerr << "zorvik: " << e.what() << "\n";
     QMessageBox::critical(nullptr, "Zorvik", QString::fromStdString(e.what()));
@@ -71,8 +72,6 @@ int main(int argc, char** argv) {
   // Some defaults hang on the processor's speed: a slower machine starts with less drawing work.
   settings->setCpuMHz(zorvik::CpuMHz());
 
-  // No device library exists on this platform: the simulated instrument stands behind the link.
-  auto link = std::make_unique<zorvik::SimulatedObex>(simConfig);
   zorvik::mainwin window(*settings, identity, std::move(link), commandLine);
   window.setRegistry(store.get(), settings->cpuMHz());
   window.show();

@@ -55,7 +55,9 @@
 #include "firmware/firmware_update.h"
 #include "firmware/fw_update_window.h"
 #include "link/class_obex.h"
+#include "link/stream_obex.h"
 #include "measure/measurement_pass.h"
+#include "session/link_choice.h"
 #include "spectrum/spectrum_stage.h"
 #include "spectrum/spectrum_window.h"
 #include "stat/stat_stage.h"
@@ -71,6 +73,12 @@ mainwin::mainwin(SettingsStore& settings, const InstanceIdentity& identity, std:
   setObjectName("mainwin");
   sink_.setOwner(this);
   fwWindow_ = new FWupdate(this);
+  // A device stream that is refused says why; the session has ended by then, as for a lost device.
+  if (StreamObex* stream = streamLink(link.get())) {
+    stream->onStreamError = [this, title = identity.InstanceTitle](const std::string& error) {
+      sink_.show(BoxKind::Critical, title, error, "");
+    };
+  }
   session_ = std::make_unique<ScopeSession>(settings_, identity, std::move(link),
                                             SessionFrontEnd{*this, sink_, fileDialogs_, fwWindow_}, CpuMHz());
   bindSession();

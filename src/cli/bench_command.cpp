@@ -9,6 +9,7 @@
 #include <numeric>
 
 #include "cli/display_command.h"
+#include "cli/stream_bench.h"
 #include "core/fault.h"
 #include "core/progress_line.h"
 #include "session/command_line.h"
@@ -25,10 +26,12 @@ constexpr int kWarmUp = 50;      // packets before the clock runs: buffers sized
 
 struct BenchArgs {
   std::vector<std::string> files;
+  std::string device;
   DisplayOptions display;
   int packets = 1000;
   int mode = 0;
   int samples = 332;
+  bool samplesGiven = false;
 };
 
 BenchArgs parseArgs(const std::vector<std::string>& args) {
@@ -41,6 +44,9 @@ BenchArgs parseArgs(const std::vector<std::string>& args) {
       b.mode = wholeNumberOption("--mode", v, 0, 4);
     } else if (takeValue(args, i, "--samples", v)) {
       b.samples = wholeNumberOption("--samples", v, 16, 16384);
+      b.samplesGiven = true;
+    } else if (takeValue(args, i, "--device", v)) {
+      b.device = v;
     } else if (takeDisplayOption(args, i, b.display)) {
       continue;
     } else if (args[i].rfind("-", 0) == 0) {
@@ -115,7 +121,10 @@ QJsonObject bench(const BenchArgs& b) {
 
 int runBenchCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err) {
   try {
-    QJsonObject result = bench(parseArgs(args));
+    const BenchArgs b = parseArgs(args);
+    if (!b.device.empty() && !b.files.empty()) throw Fault("bench --device takes no packet files");
+    QJsonObject result =
+        b.device.empty() ? bench(b) : benchStream(b.device, b.packets, b.samplesGiven ? b.samples : 8192);
     out << QJsonDocument(result).toJson(QJsonDocument::Compact).toStdString() << "\n";
     return 0;
   } catch (const std::exception& e) {

@@ -10,6 +10,8 @@ namespace zorvik {
 // prints the median, mean, fastest and slowest µs a packet as one JSON object. Without FILE the packets
 // are sixteen acquisitions of the simulated instrument at its start-up time base (3.125 µs a sample,
 // 32 samples a division) with --samples samples (default 332) in mode --mode (default 0, average).
+// With --device ADDRESS the packets come instead from the instrument served there, through the stream
+// link alone, and the result is packets and megabytes a second (see stream_bench.h).
 // A bad argument or file: one line on err, return 2.
 int runBenchCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
 

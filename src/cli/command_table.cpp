@@ -86,7 +86,9 @@ const std::vector<CliCommand> kCommands = {
      "  --meters all|LIST    meters open (mnemonics such as DCV,FRH); adds their readings\n"
      "  --spectrum           the spectrum open; adds its peak\n"
      "  --histogram          the histogram open; adds its counts\n"
-     "  --save-last FILE.zrv the last packet saved as a zrv file\n" +
+     "  --save-last FILE.zrv the last packet saved as a zrv file\n"
+     "  --device ADDRESS     the instrument zorvik-sim serves at unix:PATH or tcp:HOST:PORT instead of\n"
+     "                       the simulated one in this program (no --sim then)\n" +
          kSimHelp},
     {"render", runRenderCommand, "packets drawn on the display, saved as a PNG",
      "usage: zorvik-cli render FILE... --png OUT.png [options]\n"
@@ -150,7 +152,10 @@ const std::vector<CliCommand> kCommands = {
      "FILE the packets are acquisitions of the simulated instrument.\n"
      "  --packets N          packets timed (default 1000)\n"
      "  --mode 0..4          the simulated acquisition mode (default 0)\n"
-     "  --samples N          simulated samples a packet, 16 to 16384 (default 332)\n" +
+     "  --samples N          simulated samples a packet, 16 to 16384 (default 332)\n"
+     "  --device ADDRESS     the stream link alone instead: packets a second from the instrument\n"
+     "                       zorvik-sim serves at ADDRESS (serve it with --sim rate=max), records of\n"
+     "                       --samples samples (default 8192); no display options then\n" +
          kDisplayHelp},
     {"csv", runCsvCommand, "the packet CSV of a packet or zrv file",
      "usage: zorvik-cli csv FILE --out OUT.csv [--scaled [scale options]]\n"

@@ -180,6 +180,7 @@ int runSessionCommand(const std::vector<std::string>& args, std::ostream& out, s
   }
   CommandLine cl = parseCommandLine(rest);
   opt.simOptions = cl.simOptions;
+  opt.device = cl.device;
 
   // A scratch store unless ZORVIK_REGISTRY names a real one.
   const char* env = std::getenv("ZORVIK_REGISTRY");
@@ -189,7 +190,7 @@ int runSessionCommand(const std::vector<std::string>& args, std::ostream& out, s
     SettingAssignment a = parseSettingAssignment(s);
     settings.SaveSettingValue(a.section, a.name, a.value);
   }
-  HeadlessSession session(settings, opt.simOptions);
+  HeadlessSession session(settings, opt.simOptions, opt.device);
   // The readers run as they do behind open windows in the program.
   ScopeSession& core = session.session();
   core.measurement().open = meters;
@@ -246,6 +247,10 @@ int runSessionCommand(const std::vector<std::string>& args, std::ostream& out, s
   o["requests"] = requests;
   o["writes"] = writes;
   out << QJsonDocument(o).toJson(QJsonDocument::Compact).toStdString() << "\n";
+  if (!result.linkError.empty()) {
+    err << "zorvik-cli: " << result.linkError << "\n";
+    return 2;
+  }
   if (!result.error.empty()) {
     err << "zorvik-cli: " << result.error << "\n";
     return 1;

@@ -7,6 +7,7 @@
 
 #include "config/text_number.h"
 #include "core/fault.h"
+#include "link/device_address.h"
 
 namespace zorvik {
 
@@ -16,6 +17,9 @@ CommandLine parseCommandLine(const std::vector<std::string>& args) {
     std::string v;
     if (takeValue(args, i, "--sim", v)) {
       cl.simOptions.push_back(v);
+    } else if (takeValue(args, i, "--device", v)) {
+      parseDeviceAddress(v);
+      cl.device = v;
     } else if (takeValue(args, i, "--set", v)) {
       parseSettingAssignment(v);
       cl.sets.push_back(v);
@@ -48,13 +52,16 @@ std::string programVersion() {
 }
 
 std::string guiUsage() {
-  return "usage: zorvik [first] [reset] [--sim KEY=VALUE,...] [--set SECTION/NAME=VALUE] [--dev] [FILE.zrv]\n"
+  return "usage: zorvik [first] [reset] [--sim KEY=VALUE,...] [--device ADDRESS] [--set SECTION/NAME=VALUE] "
+         "[--dev] [FILE.zrv]\n"
          "The Zorvik oscilloscope: the window of a one-channel USB oscilloscope, here on its simulated\n"
          "instrument.\n"
          "  first                this process is the first instance even while another runs\n"
          "  reset                this instance's settings back to their defaults before the start\n"
          "  --sim KEY=VALUE,...  the simulated instrument (signal, freq, amplitude, offset, noise,\n"
          "                       fault, ...; repeatable)\n"
+         "  --device unix:PATH|tcp:HOST:PORT  the instrument served there (zorvik-sim) instead of the\n"
+         "                       simulated one in this program\n"
          "  --set SECTION/NAME=VALUE  a setting stored before the start (repeatable)\n"
          "  --dev                the developer's plot speed test (key T)\n"
          "  FILE.zrv             a packet file shown at the start instead of default.zrv\n"

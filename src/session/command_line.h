@@ -9,6 +9,7 @@ struct CommandLine {
   std::vector<std::string> words;       // "first", "reset" and any other plain word
   std::vector<std::string> simOptions;  // each --sim value, applied in order
   std::vector<std::string> sets;        // --set SECTION/NAME=VALUE
+  std::string device;                   // --device unix:PATH|tcp:HOST:PORT: an instrument served there
   std::string packetFile;               // a packet file to show at start (a word with a '.' or a '/')
   bool dev = false;
 };

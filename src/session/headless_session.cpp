@@ -4,17 +4,26 @@
 #include <QElapsedTimer>
 #include <QThread>
 
+#include "link/stream_obex.h"
+#include "session/link_choice.h"
 #include "signal/packet.h"
-#include "sim/sim_config.h"
 
 namespace zorvik {
 
 HeadlessSession::HeadlessSession(SettingsStore& settings, const std::vector<std::string>& simOptions,
-                                 int cpuMHz) {
-  SimConfig config;
-  for (const auto& o : simOptions) applySimOptions(config, o);
-  sim_ = std::make_unique<SimulatedObex>(config);
-  auto recorder = std::make_unique<RecordingObex>(*sim_);
+                                 int cpuMHz)
+    : HeadlessSession(settings, simOptions, std::string(), cpuMHz) {}
+
+HeadlessSession::HeadlessSession(SettingsStore& settings, const std::vector<std::string>& simOptions,
+                                 const std::string& device, int cpuMHz) {
+  device_ = makeLink(simOptions, device);
+  if (StreamObex* stream = streamLink(device_.get())) {
+    stream->onStreamError = [this](const std::string& error) {
+      linkError_ = error;
+      sink_.show(BoxKind::Critical, main().identity().InstanceTitle, error, "");
+    };
+  }
+  auto recorder = std::make_unique<RecordingObex>(*device_);
   recorder_ = recorder.get();
   session_ = std::make_unique<ScopeSession>(settings, makeIdentity(1), std::move(recorder),
                                             SessionFrontEnd{*this, sink_, dialogs_, nullptr}, cpuMHz);
@@ -119,6 +128,7 @@ SessionResult HeadlessSession::run(const SessionOptions& options) {
   r.statusText = main().state().modeText;
   r.noTriggerVisible = main().state().noTriggerVisible;
   r.packetLog = log_;
+  r.linkError = linkError_;
   if (main().Online()) {
     recorder_->CloseSession();
     spinUntil([&] { return main().state().connectVisible; }, 3000);

@@ -16,7 +16,7 @@ LAYERS=(
   "session"
   "ui"
   "@windows"
-  "app cli"
+  "app cli sim_server"
 )
 # A widget file (*_window, *_page, *_panel, *_box) lives beside its feature but stands on "@windows":
 # it may include the whole core, ui/ and other windows, and no core file may include it. cli/ holds no widgets and
