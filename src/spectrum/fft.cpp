@@ -1,24 +1,145 @@
+// Built with -ffp-contract=off: a multiply and an add fused into one instruction would round once instead
+// of twice and move the lines' last bits.
 #include "spectrum/fft.h"
 
 #include <cmath>
-#include <utility>
+
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
 
 namespace zorvik {
 
-void Transform(const std::vector<float>& input, std::vector<float>& re, std::vector<float>& im) {
-  re.clear();
-  im.clear();
-  if (input.size() < 2) return;
-  size_t n = 1;
-  while (n * 2 <= input.size()) n *= 2;
-  std::vector<float> xr(input.begin(), input.begin() + static_cast<std::ptrdiff_t>(n));
-  std::vector<float> xi(n, 0.0f);
-  // Bit reversal by counting.
+namespace {
+
+constexpr double kTwoPi = 6.2831854820251465;  // the 32-bit float of 2 pi
+
+// One butterfly on entries a and b with the twiddle factor w, in the order of the straight loop.
+inline void butterfly(float& ar, float& ai, float& br, float& bi, float wr, float wi) {
+  const float tr = br * wr - bi * wi;
+  const float ti = br * wi + bi * wr;
+  br = ar - tr;
+  bi = ai - ti;
+  ar += tr;
+  ai += ti;
+}
+
+// One stage of le2 butterflies a block, block by block.
+void stageScalar(float* xr, float* xi, size_t n, size_t le2, const float* wr, const float* wi) {
+  for (size_t block = 0; block < n; block += 2 * le2)
+    for (size_t k = 0; k < le2; ++k)
+      butterfly(xr[block + k], xi[block + k], xr[block + k + le2], xi[block + k + le2], wr[k], wi[k]);
+}
+
+#if defined(__SSE2__)
+
+// Four butterflies side by side, each lane as the scalar butterfly.
+inline void butterfly4(__m128& ar, __m128& ai, __m128& br, __m128& bi, __m128 wr, __m128 wi) {
+  const __m128 tr = _mm_sub_ps(_mm_mul_ps(br, wr), _mm_mul_ps(bi, wi));
+  const __m128 ti = _mm_add_ps(_mm_mul_ps(br, wi), _mm_mul_ps(bi, wr));
+  br = _mm_sub_ps(ar, tr);
+  bi = _mm_sub_ps(ai, ti);
+  ar = _mm_add_ps(ar, tr);
+  ai = _mm_add_ps(ai, ti);
+}
+
+// The bit reversal and the first two stages: four groups of four entries at a time, a group's entry e
+// in lane g of vector e, then turned back into memory order.
+void firstStages(const float* input, const uint32_t* rev, float* xr, float* xi, size_t n, const float* twr,
+                 const float* twi) {
+  const __m128 w1r = _mm_set1_ps(twr[0]), w1i = _mm_set1_ps(twi[0]);
+  const __m128 w20r = _mm_set1_ps(twr[1]), w20i = _mm_set1_ps(twi[1]);
+  const __m128 w21r = _mm_set1_ps(twr[2]), w21i = _mm_set1_ps(twi[2]);
+  for (size_t g = 0; g < n; g += 16) {
+    const uint32_t* r = rev + g;
+    __m128 r0 = _mm_setr_ps(input[r[0]], input[r[4]], input[r[8]], input[r[12]]);
+    __m128 r1 = _mm_setr_ps(input[r[1]], input[r[5]], input[r[9]], input[r[13]]);
+    __m128 r2 = _mm_setr_ps(input[r[2]], input[r[6]], input[r[10]], input[r[14]]);
+    __m128 r3 = _mm_setr_ps(input[r[3]], input[r[7]], input[r[11]], input[r[15]]);
+    __m128 i0 = _mm_setzero_ps(), i1 = _mm_setzero_ps(), i2 = _mm_setzero_ps(), i3 = _mm_setzero_ps();
+    butterfly4(r0, i0, r1, i1, w1r, w1i);
+    butterfly4(r2, i2, r3, i3, w1r, w1i);
+    butterfly4(r0, i0, r2, i2, w20r, w20i);
+    butterfly4(r1, i1, r3, i3, w21r, w21i);
+    _MM_TRANSPOSE4_PS(r0, r1, r2, r3);
+    _MM_TRANSPOSE4_PS(i0, i1, i2, i3);
+    _mm_storeu_ps(xr + g, r0);
+    _mm_storeu_ps(xr + g + 4, r1);
+    _mm_storeu_ps(xr + g + 8, r2);
+    _mm_storeu_ps(xr + g + 12, r3);
+    _mm_storeu_ps(xi + g, i0);
+    _mm_storeu_ps(xi + g + 4, i1);
+    _mm_storeu_ps(xi + g + 8, i2);
+    _mm_storeu_ps(xi + g + 12, i3);
+  }
+}
+
+// One stage of le2 butterflies a block (le2 a multiple of 4), four at a time.
+void stage4(float* xr, float* xi, size_t n, size_t le2, const float* wr, const float* wi) {
+  for (size_t block = 0; block < n; block += 2 * le2) {
+    float* ar = xr + block;
+    float* ai = xi + block;
+    float* br = ar + le2;
+    float* bi = ai + le2;
+    for (size_t k = 0; k < le2; k += 4) {
+      __m128 a_r = _mm_loadu_ps(ar + k), a_i = _mm_loadu_ps(ai + k);
+      __m128 b_r = _mm_loadu_ps(br + k), b_i = _mm_loadu_ps(bi + k);
+      butterfly4(a_r, a_i, b_r, b_i, _mm_loadu_ps(wr + k), _mm_loadu_ps(wi + k));
+      _mm_storeu_ps(ar + k, a_r);
+      _mm_storeu_ps(ai + k, a_i);
+      _mm_storeu_ps(br + k, b_r);
+      _mm_storeu_ps(bi + k, b_i);
+    }
+  }
+}
+
+// Two stages at once, of q and 2q butterflies a block (q a multiple of 4): the four entries k, k + q,
+// k + 2q and k + 3q of a block of 4q meet only each other in these two stages, so they stay in registers.
+void stagePair4(float* xr, float* xi, size_t n, size_t q, const float* twr, const float* twi) {
+  const float* wAr = twr + (q - 1);
+  const float* wAi = twi + (q - 1);
+  const float* wBr = twr + (2 * q - 1);
+  const float* wBi = twi + (2 * q - 1);
+  for (size_t block = 0; block < n; block += 4 * q) {
+    float* pr = xr + block;
+    float* pi = xi + block;
+    for (size_t k = 0; k < q; k += 4) {
+      __m128 r0 = _mm_loadu_ps(pr + k), i0 = _mm_loadu_ps(pi + k);
+      __m128 r1 = _mm_loadu_ps(pr + k + q), i1 = _mm_loadu_ps(pi + k + q);
+      __m128 r2 = _mm_loadu_ps(pr + k + 2 * q), i2 = _mm_loadu_ps(pi + k + 2 * q);
+      __m128 r3 = _mm_loadu_ps(pr + k + 3 * q), i3 = _mm_loadu_ps(pi + k + 3 * q);
+      const __m128 aR = _mm_loadu_ps(wAr + k), aI = _mm_loadu_ps(wAi + k);
+      butterfly4(r0, i0, r1, i1, aR, aI);
+      butterfly4(r2, i2, r3, i3, aR, aI);
+      butterfly4(r0, i0, r2, i2, _mm_loadu_ps(wBr + k), _mm_loadu_ps(wBi + k));
+      butterfly4(r1, i1, r3, i3, _mm_loadu_ps(wBr + k + q), _mm_loadu_ps(wBi + k + q));
+      _mm_storeu_ps(pr + k, r0);
+      _mm_storeu_ps(pi + k, i0);
+      _mm_storeu_ps(pr + k + q, r1);
+      _mm_storeu_ps(pi + k + q, i1);
+      _mm_storeu_ps(pr + k + 2 * q, r2);
+      _mm_storeu_ps(pi + k + 2 * q, i2);
+      _mm_storeu_ps(pr + k + 3 * q, r3);
+      _mm_storeu_ps(pi + k + 3 * q, i3);
+    }
+  }
+}
+
+#endif
+
+}  // namespace
+
+void Fft::prepare(size_t n) {
+  if (n == n_) return;
+  n_ = n;
+  // Bit reversal by counting: entry i takes entry rev[i], as the exchanges of the straight loop leave it.
+  rev_.resize(n);
+  for (size_t i = 0; i < n; ++i) rev_[i] = static_cast<uint32_t>(i);
   size_t j = n / 2;
   for (size_t i = 1; i + 1 < n; ++i) {
     if (i < j) {
-      std::swap(xr[i], xr[j]);
-      std::swap(xi[i], xi[j]);
+      rev_[i] = static_cast<uint32_t>(j);
+      rev_[j] = static_cast<uint32_t>(i);
     }
     size_t k = n / 2;
     while (k <= j) {
@@ -27,39 +148,60 @@ void Transform(const std::vector<float>& input, std::vector<float>& re, std::vec
     }
     j += k;
   }
-  constexpr double kTwoPi = 6.2831854820251465;  // the 32-bit float of 2 pi
-  std::vector<float> wr(n / 2), wi(n / 2);
+  // Each stage's twiddle factors by the recurrence u = u x s from u = 1.
+  twr_.assign(n > 1 ? n - 1 : 0, 0.0f);
+  twi_.assign(n > 1 ? n - 1 : 0, 0.0f);
   for (size_t le = 2; le <= n; le *= 2) {
     const size_t le2 = le / 2;
-    // The stage's twiddle factors by the recurrence u = u x s, laid out first so that the butterflies of
-    // a block run over neighbouring entries; each butterfly is computed as before, so the result is too.
     float ur = 1, ui = 0;
     const float sr = static_cast<float>(std::cos(kTwoPi / static_cast<double>(le)));
     const float si = static_cast<float>(-std::sin(kTwoPi / static_cast<double>(le)));
     for (size_t k = 0; k < le2; ++k) {
-      wr[k] = ur;
-      wi[k] = ui;
+      twr_[le2 - 1 + k] = ur;
+      twi_[le2 - 1 + k] = ui;
       const float nr = ur * sr - ui * si;
       ui = ur * si + ui * sr;
       ur = nr;
     }
-    for (size_t block = 0; block < n; block += le) {
-      float* ar = xr.data() + block;
-      float* ai = xi.data() + block;
-      float* br = ar + le2;
-      float* bi = ai + le2;
-      for (size_t k = 0; k < le2; ++k) {
-        const float tr = br[k] * wr[k] - bi[k] * wi[k];
-        const float ti = br[k] * wi[k] + bi[k] * wr[k];
-        br[k] = ar[k] - tr;
-        bi[k] = ai[k] - ti;
-        ar[k] += tr;
-        ai[k] += ti;
-      }
-    }
   }
-  re.assign(xr.begin(), xr.begin() + static_cast<std::ptrdiff_t>(n / 2));
-  im.assign(xi.begin(), xi.begin() + static_cast<std::ptrdiff_t>(n / 2));
+  xr_.assign(n, 0.0f);
+  xi_.assign(n, 0.0f);
+}
+
+void Fft::transform(const float* input, size_t size, std::vector<float>& re, std::vector<float>& im) {
+  re.clear();
+  im.clear();
+  if (size < 2) return;
+  size_t n = 1;
+  while (n * 2 <= size) n *= 2;
+  prepare(n);
+  float* xr = xr_.data();
+  float* xi = xi_.data();
+  const float* twr = twr_.data();
+  const float* twi = twi_.data();
+  size_t le2 = 1;
+#if defined(__SSE2__)
+  if (n >= 16) {
+    firstStages(input, rev_.data(), xr, xi, n, twr, twi);
+    for (le2 = 4; le2 * 4 <= n; le2 *= 4) stagePair4(xr, xi, n, le2, twr, twi);
+    if (le2 < n) stage4(xr, xi, n, le2, twr + (le2 - 1), twi + (le2 - 1));
+    le2 = n;
+  }
+#endif
+  if (le2 < n) {
+    for (size_t i = 0; i < n; ++i) {
+      xr[i] = input[rev_[i]];
+      xi[i] = 0.0f;
+    }
+    for (; le2 < n; le2 *= 2) stageScalar(xr, xi, n, le2, twr + (le2 - 1), twi + (le2 - 1));
+  }
+  re.assign(xr, xr + n / 2);
+  im.assign(xi, xi + n / 2);
+}
+
+void Transform(const std::vector<float>& input, std::vector<float>& re, std::vector<float>& im) {
+  Fft fft;
+  fft.transform(input.data(), input.size(), re, im);
 }
 
 }  // namespace zorvik

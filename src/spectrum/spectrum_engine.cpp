@@ -5,7 +5,6 @@
 #include <cstdint>
 #include <cstdlib>
 
-#include "spectrum/fft.h"
 #include "spectrum/sinxx.h"
 
 namespace zorvik {
@@ -86,7 +85,7 @@ void SpectrumEngine::ComputeSpectrum(const SpectrumInput& in, const SpectrumSett
     buffer_[static_cast<size_t>(i)] = v * window_[static_cast<size_t>(i)];
   }
   const float K = FrameLength > 0 ? windowAmplitudeFactor(s.WindowFunction, FrameLength) : 0;
-  Transform(buffer_, re_, im_);
+  fft_.transform(buffer_.data(), buffer_.size(), re_, im_);
 
   if (HeldMaxReset) {
     HeldMax = 0;

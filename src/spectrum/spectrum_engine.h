@@ -2,6 +2,8 @@
 #include <string_view>
 #include <vector>
 
+#include "spectrum/fft.h"
+
 namespace zorvik {
 
 // What the spectrum reads of an acquisition: the segment and its scale.
@@ -46,6 +48,7 @@ class SpectrumEngine {
  private:
   bool HeldMaxReset = false;
   std::vector<float> buffer_, re_, im_;
+  Fft fft_;
   // The window's multipliers for the last function and frame length: the same values, made once.
   std::vector<float> window_;
   int windowFunction_ = -1, windowLength_ = -1;
