@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 
 #include "measure/sig_calc.h"
 
@@ -9,37 +10,72 @@ namespace zorvik {
 
 namespace {
 
-// The record's 1-based character i as a code.
-int32_t at(std::string_view s, size_t i) {
-  return static_cast<uint8_t>(s[i - 1]);
-}
-int32_t word(std::string_view s, size_t i) {
-  return at(s, i) * 256 + at(s, i + 1);
-}
-
 // A slot of an edge list, the list grown to hold it.
 int32_t& slot(std::vector<int32_t>& list, int32_t index) {
   if (static_cast<size_t>(index) >= list.size()) list.resize(static_cast<size_t>(index) + 1, 0);
   return list[static_cast<size_t>(index)];
 }
 
-// Walks the record as the shape tells: f(i, A, B) with the 1-based index of each step.
+}  // namespace
+
+// The walk of the record as a sequence of values V, step t reading A = V[t - 1] and B = V[t] with the
+// 1-based index i of the character it stands on:
+//   peak pairs: V the sums of the pairs, t from 2, i = 2t - 1;
+//   hi-res: V the 16-bit codes, t from 1, i = 2t - 1;
+//   bytes with pair sums: V[t] = code t + code t + 1, t from 1, i = t + 1;
+//   bytes: V the codes, t from 1, i = t.
+// Only the steps that cross a level in either direction (A < X <= B or A > X >= B) can add to a list;
+// the others are found side by side and skipped.
 template <typename F>
-void walk(std::string_view s, const RecordShape& shape, bool pairSums, F&& f) {
+void SigTiming::walkCrossing(std::string_view s, const RecordShape& shape, bool pairSums,
+                             std::initializer_list<int32_t> levels, F&& f) {
+  const uint8_t* p = reinterpret_cast<const uint8_t*>(s.data());
   const size_t n = s.size();
+  size_t count, first;
+  values_.resize(n + 1);
+  int32_t* v = values_.data();
   if (shape.IsPeak) {
-    for (size_t i = 3; i + 3 <= n; i += 2) f(i, at(s, i) + at(s, i + 1), at(s, i + 2) + at(s, i + 3));
+    count = n / 2;
+    first = 2;
+    for (size_t t = 0; t < count; ++t) v[t] = p[2 * t] + p[2 * t + 1];
   } else if (shape.IsHiRes) {
-    for (size_t i = 1; i + 3 <= n; i += 2) f(i, word(s, i), word(s, i + 2));
+    count = n / 2;
+    first = 1;
+    for (size_t t = 0; t < count; ++t) v[t] = p[2 * t] * 256 + p[2 * t + 1];
   } else if (pairSums) {
-    // Crossings compare a moving sum of two codes.
-    for (size_t i = 2; i + 1 <= n; ++i) f(i, at(s, i - 1) + at(s, i), at(s, i) + at(s, i + 1));
+    count = n > 0 ? n - 1 : 0;
+    first = 1;
+    for (size_t t = 0; t < count; ++t) v[t] = p[t] + p[t + 1];
   } else {
-    for (size_t i = 1; i + 1 <= n; ++i) f(i, at(s, i), at(s, i + 1));
+    count = n;
+    first = 1;
+    for (size_t t = 0; t < count; ++t) v[t] = p[t];
+  }
+  if (count <= first) return;
+  flags_.resize(count);
+  uint8_t* flag = flags_.data();
+  std::fill(flag, flag + first, uint8_t{0});
+  for (size_t t = first; t < count; ++t) flag[t] = 0;
+  for (int32_t x : levels)
+    for (size_t t = first; t < count; ++t) {
+      const int32_t a = v[t - 1], b = v[t];
+      flag[t] |= static_cast<uint8_t>(((a < x) & (b >= x)) | ((a > x) & (b <= x)));
+    }
+  auto index = [&](size_t t) { return shape.IsPeak || shape.IsHiRes ? 2 * t - 1 : pairSums ? t + 1 : t; };
+  size_t t = first;
+  while (t < count) {
+    if (t + 8 <= count) {
+      uint64_t eight;
+      std::memcpy(&eight, flag + t, 8);
+      if (eight == 0) {
+        t += 8;
+        continue;
+      }
+    }
+    if (flag[t]) f(index(t), v[t - 1], v[t]);
+    ++t;
   }
 }
-
-}  // namespace
 
 void SigTiming::FindCrossings(std::string_view samples, const RecordShape& shape, int levelMode,
                               int triggerByte, const SigCalc& calc) {
@@ -62,7 +98,7 @@ void SigTiming::FindCrossings(std::string_view samples, const RecordShape& shape
       break;
   }
   const int32_t L = level_;
-  walk(samples, shape, true, [&](size_t i, int32_t A, int32_t B) {
+  walkCrossing(samples, shape, true, {L}, [&](size_t i, int32_t A, int32_t B) {
     const int32_t pos = static_cast<int32_t>(shape.IsPeak    ? (shape.OneCharSample ? i : i / 2)
                                              : shape.IsHiRes ? i / 2
                                                              : i);
@@ -128,7 +164,7 @@ void SigTiming::FindEdges(std::string_view samples, const RecordShape& shape, bo
   const bool bytes = !shape.IsPeak && !shape.IsHiRes;
   // A mode 0x200 peak record never completes a fall: its falls show "No falls", as they always have.
   const bool fallsCount = bytes || !shape.OneCharSample;
-  walk(samples, shape, false, [&](size_t i, int32_t A, int32_t B) {
+  walkCrossing(samples, shape, false, {Lo, Hi}, [&](size_t i, int32_t A, int32_t B) {
     const int32_t i10 = static_cast<int32_t>(i) * 10;
     auto rising = [&](int32_t level) {
       if (bytes) return i10 + ((level - A) * 10) / (B - A);
