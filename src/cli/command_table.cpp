@@ -136,7 +136,11 @@ const std::vector<CliCommand> kCommands = {
      "FILE the packets are acquisitions of the simulated instrument.\n"
      "  --packets N          packets timed (default 1000)\n"
      "  --mode 0..4          the simulated acquisition mode (default 0)\n"
-     "  --samples N          simulated samples a packet, 16 to 16384 (default 332)\n" +
+     "  --samples N          simulated samples a packet, 16 to 16384 (default 332)\n"
+     "  --full               the whole signal path instead, for each sample format (or --mode's):\n"
+     "                       8192-sample packets through the wide display with Sin(x)/x and colour\n"
+     "                       grading, every meter, the Blackman-Harris spectrum refined, the\n"
+     "                       histogram and the recorder idle; median and packets per second\n" +
          kDisplayHelp},
     {"csv", runCsvCommand, "the packet CSV of a packet or zrv file",
      "usage: zorvik-cli csv FILE --out OUT.csv [--scaled [scale options]]\n"
