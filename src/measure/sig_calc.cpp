@@ -63,18 +63,18 @@ float sumOfSquares(size_t count, int32_t mean, Code&& code) {
   size_t i = 0;
   for (; i < count && sum < kWholeBelow; i += kBlock) {
     const size_t len = std::min(kBlock, count - i);
+    int64_t total = 0, largest = 0;
     for (size_t j = 0; j < len; ++j) {
       const int64_t d = code(i + j) - mean;
       sq[j] = d * d;
+      total += sq[j];
+      largest = std::max(largest, sq[j]);
     }
-    if (sum < kNoRounding) {
-      int64_t total = 0;
-      for (size_t j = 0; j < len; ++j) total += sq[j];
-      if (sum + total <= kNoRounding) {
-        sum += total;
-        continue;
-      }
-    } else {
+    if (sum + total <= kNoRounding) {
+      sum += total;
+      continue;
+    }
+    if (sum >= kNoRounding) {
       const int k = 63 - __builtin_clzll(static_cast<uint64_t>(sum)) - 23;  // floats 2^k apart here
       const int64_t unit = int64_t{1} << k, half = unit / 2;
       int64_t steps = 0;
@@ -89,7 +89,14 @@ float sumOfSquares(size_t count, int32_t mean, Code&& code) {
         continue;
       }
     }
-    for (size_t j = 0; j < len; ++j) sum = sum + sq[j] <= kNoRounding ? sum + sq[j] : roundedStep(sum, sq[j]);
+    if (largest < kNoRounding && sum + total < kExactBelow) {
+      // Squares that are floats as they stand: each step is one float addition, rounded as above.
+      float f = static_cast<float>(sum);
+      for (size_t j = 0; j < len; ++j) f += static_cast<float>(sq[j]);
+      sum = static_cast<int64_t>(f);
+      continue;
+    }
+    for (size_t j = 0; j < len; ++j) sum = roundedStep(sum, sq[j]);
   }
   // Beyond 2^49 (a record longer than any packet) the steps as they are written.
   float rest = static_cast<float>(sum);

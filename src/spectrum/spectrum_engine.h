@@ -46,6 +46,11 @@ class SpectrumEngine {
   int FrameLength = 0, FrameStart = 0, BufferLength = 0;
 
  private:
+  // The frame in volts, each sample times the window's multiplier, into the buffer.
+  void frameInVolts(const SpectrumInput& in);
+  // SpecAmp from the first bin on, PeakAmp and PeakBin.
+  void amplitudes(float K, size_t first);
+
   bool HeldMaxReset = false;
   std::vector<float> buffer_, re_, im_;
   Fft fft_;
