@@ -80,20 +80,29 @@ int32_t Interpolator::at(Interpolation kind, const SampleBuf& s, float p, int ta
   const double f = static_cast<double>(p) - static_cast<double>(i);
   const int64_t base = kTable - (i - first);
   const bool tabled = base >= 0 && base + n <= 2 * kTable + 1;
-  const double a = f * kPiStep, sa = std::sin(a), ca = std::cos(a);
-  if (kind == Interpolation::SinX) {
-    if (tabled) {
+  if (kind == Interpolation::SinX && tabled) {
+    // The weight of term m depends on f, i - first and n alone.
+    if (sinx_.f != f || sinx_.offset != i - first || sinx_.n != n) {
+      const double a = f * kPiStep, sa = std::sin(a), ca = std::cos(a);
       const double* S = sinPi_.data() + base;
       const double* C = cosPi_.data() + base;
       for (int m = 0; m < n; ++m) {
         const double t = (q - m) * kPiStep;
-        terms[m] = (S[m] * ca + C[m] * sa) / t * (d[m] - 0x8000);
+        sinx_.w[static_cast<size_t>(m)] = (S[m] * ca + C[m] * sa) / t;
       }
-    } else {
-      for (int m = 0; m < n; ++m) {
-        const double t = (q - m) * kPiStep;
-        terms[m] = std::sin(t) / t * (d[m] - 0x8000);
-      }
+      sinx_.f = f;
+      sinx_.offset = i - first;
+      sinx_.n = n;
+    }
+    const double* w = sinx_.w.data();
+    for (int m = 0; m < n; ++m) terms[m] = w[m] * (d[m] - 0x8000);
+    return finish(sumOf(terms, n));
+  }
+  const double a = f * kPiStep, sa = std::sin(a), ca = std::cos(a);
+  if (kind == Interpolation::SinX) {
+    for (int m = 0; m < n; ++m) {
+      const double t = (q - m) * kPiStep;
+      terms[m] = std::sin(t) / t * (d[m] - 0x8000);
     }
     return finish(sumOf(terms, n));
   }

@@ -22,7 +22,7 @@ constexpr int kSinX = 2;
 
 FullPathRig::FullPathRig(int samplesPerDiv, int memoMode) {
   session_ = std::make_unique<ScopeSession>(settings_, makeIdentity(1), nullptr,
-                                            SessionFrontEnd{*this, sink_, dialogs_, nullptr}, 200);
+                                            SessionFrontEnd{*this, sink_, dialogs_, nullptr}, 1000);
   MainController& main = session_->main();
   RecordScale scale = main.scale();
   scale.SamplesPerDiv = samplesPerDiv;
@@ -36,6 +36,8 @@ FullPathRig::FullPathRig(int samplesPerDiv, int memoMode) {
   s.memory = 1;
   s.memoMode = memoMode;
   s.memoryDepth = 2;
+  s.speed.fill(3);   // every column drawn
+  s.acqPerPlot = 0;  // every packet drawn
   display.SetupDisplay();
 
   for (const MeterInfo& m : meterTable()) session_->measurement().open.insert(m.meter);
@@ -56,7 +58,9 @@ void FullPathRig::packet(const std::string& bytes) {
 }
 
 std::vector<std::string> fullPathPackets(int mode, int count) {
-  const SimConfig config;
+  // A 100 kHz sine: two and a half periods on the screen's 240 samples, 82 in the record.
+  SimConfig config;
+  config.freq = 100000;
   SignalGenerator generator(config);
   PacketBuilder builder(generator);
   AcquisitionSetup setup;

@@ -38,8 +38,9 @@ class FullPathRig : private MainView {
   std::unique_ptr<ScopeSession> session_;
 };
 
-// `count` triggered 8192-sample acquisitions of the simulated instrument in mode M1 (0 to 4) at different
-// phases of its default signal, so that the persistence sees a moving trace.
+// `count` triggered 8192-sample acquisitions of the simulated instrument in mode M1 (0 to 4), 100 ns a
+// sample, of a 100 kHz sine at different phases, so that the persistence sees a moving trace of a few
+// periods on the screen.
 std::vector<std::string> fullPathPackets(int mode, int count);
 
 }  // namespace zorvik
