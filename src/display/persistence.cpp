@@ -171,9 +171,30 @@ void Persistence::render(DisplayCanvas& canvas, int first, int last, int step, c
   // The colour grading compares counts with each column's breakpoints instead of dividing per cell.
   if (s.colour) {
     breaks_.resize(static_cast<size_t>(9 * kColumns));
+    // The breakpoints of a largest count are kept once made, for the emphasis they were made with: the
+    // columns' maxima take few values, and the same ones packet after packet.
+    const int emphasis = std::clamp(s.emphasis, 0, 5);
+    if (memoEmphasis_ != emphasis) {
+      memoBreaks_.resize(static_cast<size_t>(9 * kMemoMax));
+      memoKnown_.assign(static_cast<size_t>(kMemoMax), 0);
+      memoEmphasis_ = emphasis;
+    }
     for (int x = first; x <= last; x += step) {
+      const int32_t m = max_[static_cast<size_t>(x)];
       int32_t b[9] = {};
-      exact_[static_cast<size_t>(x)] = grader.breakpoints(max_[static_cast<size_t>(x)], b);
+      bool exact;
+      if (m > 0 && m < kMemoMax) {
+        int32_t* kept = memoBreaks_.data() + static_cast<ptrdiff_t>(9) * m;
+        if (!memoKnown_[static_cast<size_t>(m)]) {
+          grader.breakpoints(m, kept);
+          memoKnown_[static_cast<size_t>(m)] = 1;
+        }
+        std::copy(kept, kept + 9, b);
+        exact = true;
+      } else {
+        exact = grader.breakpoints(m, b);
+      }
+      exact_[static_cast<size_t>(x)] = exact;
       for (int i = 0; i < 9; ++i) breaks_[static_cast<size_t>(i * kColumns + x)] = b[i];
     }
   }
@@ -196,7 +217,9 @@ void Persistence::render(DisplayCanvas& canvas, int first, int last, int step, c
         Int4 c;
         std::memcpy(&c, line + x, sizeof c);
         const Int4 lit = c > 0;
-        if (!(lit[0] | lit[1] | lit[2] | lit[3])) continue;
+        uint64_t litBits[2];
+        std::memcpy(litBits, &lit, sizeof litBits);
+        if ((litBits[0] | litBits[1]) == 0) continue;
         uint32_t exact4;
         std::memcpy(&exact4, exact_.data() + x, sizeof exact4);
         if (exact4 != 0x01010101u) break;  // a column past the breakpoints' range: cell by cell from here

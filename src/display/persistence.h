@@ -56,6 +56,11 @@ class Persistence {
   // threshold by threshold (index i x 481 + x), and whether the column has them.
   std::vector<int32_t> breaks_;
   std::array<uint8_t, kColumns> exact_{};
+  // Breakpoints made for the largest counts below kMemoMax (9 a count), and which of them are made.
+  static constexpr int kMemoMax = 4096;
+  std::vector<int32_t> memoBreaks_;
+  std::vector<uint8_t> memoKnown_;
+  int memoEmphasis_ = -1;
 };
 
 }  // namespace zorvik
