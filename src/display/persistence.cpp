@@ -157,6 +157,19 @@ uint32_t Persistence::colourOf(int32_t count, int32_t max, const GradeStyle& s) 
 }
 
 void Persistence::render(DisplayCanvas& canvas, int first, int last, int step, const GradeStyle& s) {
+  renderRows(canvas, first, last, step, s, nullptr);
+}
+
+void Persistence::renderAndDecay(DisplayCanvas& canvas, int first, int last, int step, const GradeStyle& s,
+                                 int depth, bool leaveSingle) {
+  if (depth <= 1) return render(canvas, first, last, step, s);
+  const DecayPlan plan = decayPlan(first, last, step, depth, leaveSingle);
+  renderRows(canvas, first, last, step, s, &plan);
+  decayMaxima(plan);
+}
+
+void Persistence::renderRows(DisplayCanvas& canvas, int first, int last, int step, const GradeStyle& s,
+                             const DecayPlan* decay) {
   first = std::max(first, 0);
   last = std::min(last, kColumns - 1);
   step = std::max(step, 1);
@@ -253,29 +266,36 @@ void Persistence::render(DisplayCanvas& canvas, int first, int last, int step, c
       for (int i = 0; i < 9; ++i) below += c < breaks_[static_cast<size_t>(i * kColumns) + xi];
       put(x, grader.colourOfBelow(c, below));
     }
+    if (decay) decayRow(*decay, y);
   }
 }
 
-void Persistence::decay(int first, int last, int step, int depth, bool leaveSingle) {
-  if (depth <= 1) return;
-  first = std::max(first, 0);
-  last = std::min(last, kColumns - 1);
-  step = std::max(step, 1);
-  int shift = 0;
-  while (shift < 30 && (1 << shift) < depth) ++shift;
-  const bool power = (1 << shift) == depth;
-  for (int y = std::max(rowLow_, 1); y <= std::min(rowHigh_, kRows - 2); ++y) {
-    int32_t* line = buf_.data() + static_cast<ptrdiff_t>(kStride) * y;
-    if (power && leaveSingle)
-      decayLine<true>(line, first, last, step, shift);
-    else if (power)
-      decayLine<false>(line, first, last, step, shift);
-    else
-      for (int x = first; x <= last; x += step)
-        if (line[x] > 0) line[x] = decayed(line[x], depth, leaveSingle);
-  }
-  for (int x = first; x <= last; x += step)
-    max_[static_cast<size_t>(x)] = decayed(max_[static_cast<size_t>(x)], depth, true);
+Persistence::DecayPlan Persistence::decayPlan(int first, int last, int step, int depth, bool leaveSingle) {
+  DecayPlan p;
+  p.first = std::max(first, 0);
+  p.last = std::min(last, kColumns - 1);
+  p.step = std::max(step, 1);
+  p.depth = depth;
+  p.leaveSingle = leaveSingle;
+  while (p.shift < 30 && (1 << p.shift) < depth) ++p.shift;
+  p.power = (1 << p.shift) == depth;
+  return p;
+}
+
+void Persistence::decayRow(const DecayPlan& p, int y) {
+  int32_t* line = buf_.data() + static_cast<ptrdiff_t>(kStride) * y;
+  if (p.power && p.leaveSingle)
+    decayLine<true>(line, p.first, p.last, p.step, p.shift);
+  else if (p.power)
+    decayLine<false>(line, p.first, p.last, p.step, p.shift);
+  else
+    for (int x = p.first; x <= p.last; x += p.step)
+      if (line[x] > 0) line[x] = decayed(line[x], p.depth, p.leaveSingle);
+}
+
+void Persistence::decayMaxima(const DecayPlan& p) {
+  for (int x = p.first; x <= p.last; x += p.step)
+    max_[static_cast<size_t>(x)] = decayed(max_[static_cast<size_t>(x)], p.depth, true);
   // Rows that emptied at the ends of the range drop out of it (rows 0 and 255 keep their counts).
   auto empty = [&](int y) {
     const int32_t* line = buf_.data() + static_cast<ptrdiff_t>(kStride) * y;
@@ -283,6 +303,13 @@ void Persistence::decay(int first, int last, int step, int depth, bool leaveSing
   };
   while (rowLow_ <= rowHigh_ && rowLow_ > 0 && rowLow_ < kRows - 1 && empty(rowLow_)) ++rowLow_;
   while (rowHigh_ >= rowLow_ && rowHigh_ < kRows - 1 && rowHigh_ > 0 && empty(rowHigh_)) --rowHigh_;
+}
+
+void Persistence::decay(int first, int last, int step, int depth, bool leaveSingle) {
+  if (depth <= 1) return;
+  const DecayPlan plan = decayPlan(first, last, step, depth, leaveSingle);
+  for (int y = std::max(rowLow_, 1); y <= std::min(rowHigh_, kRows - 2); ++y) decayRow(plan, y);
+  decayMaxima(plan);
 }
 
 }  // namespace zorvik
