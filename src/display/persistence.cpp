@@ -4,6 +4,10 @@
 #include <cmath>
 #include <cstring>
 
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
 #include "core/whole_numbers.h"
 #include "display/display_canvas.h"
 
@@ -62,6 +66,8 @@ class Grader {
     }
     return true;
   }
+  int gain() const { return gain_; }
+  int offset() const { return offset_; }
   // The colour of a count with `below` thresholds under its ratio.
   uint32_t colourOfBelow(int32_t count, int below) const {
     return count < 2 ? kSingleHitColor : table_[static_cast<size_t>(below)];
@@ -223,6 +229,45 @@ void Persistence::renderRows(DisplayCanvas& canvas, int first, int last, int ste
       p = merge ? p | 0xFF000000 | rgb : 0xFF000000 | rgb;
     };
     int x = first;
+#if defined(__SSE2__)
+    if (!s.colour && step == 1 && pixels) {
+      // Brightness, four cells at a time in two pairs of doubles: count x gain / max + offset rounded
+      // half to even (by adding and taking away 1.5 x 2^52, exact far beyond these values), clamped.
+      const __m128d gain = _mm_set1_pd(grader.gain()), offset = _mm_set1_pd(grader.offset());
+      const __m128d magic = _mm_set1_pd(6755399441055744.0), top = _mm_set1_pd(255.0),
+                    zero = _mm_setzero_pd();
+      const int item = s.colorItem;
+      auto level = [&](__m128i c, __m128i m) {
+        const __m128d cd = _mm_cvtepi32_pd(c), md = _mm_cvtepi32_pd(m);
+        const __m128d scaled = _mm_add_pd(_mm_div_pd(_mm_mul_pd(cd, gain), md), offset);
+        const __m128d positive = _mm_cmpgt_pd(md, zero);  // no largest count: the offset
+        __m128d v = _mm_or_pd(_mm_and_pd(positive, scaled), _mm_andnot_pd(positive, offset));
+        v = _mm_sub_pd(_mm_add_pd(v, magic), magic);
+        v = _mm_max_pd(_mm_min_pd(v, top), zero);
+        return _mm_cvttpd_epi32(v);
+      };
+      const __m128i opaque4 = _mm_set1_epi32(static_cast<int32_t>(0xFF000000));
+      for (; x + 3 <= last; x += 4) {
+        const __m128i c = _mm_loadu_si128(reinterpret_cast<const __m128i*>(line + x));
+        const __m128i lit = _mm_cmpgt_epi32(c, _mm_setzero_si128());
+        if (_mm_movemask_epi8(lit) == 0) continue;
+        const __m128i m = _mm_loadu_si128(reinterpret_cast<const __m128i*>(max_.data() + x));
+        const __m128i low = level(c, m);
+        const __m128i high = level(_mm_shuffle_epi32(c, 0xEE), _mm_shuffle_epi32(m, 0xEE));
+        const __m128i lv = _mm_unpacklo_epi64(low, high);
+        __m128i rgb = _mm_setzero_si128();
+        if (item & 1) rgb = _mm_or_si128(rgb, _mm_slli_epi32(lv, 16));
+        if (item & 2) rgb = _mm_or_si128(rgb, _mm_slli_epi32(lv, 8));
+        if (item & 4) rgb = _mm_or_si128(rgb, lv);
+        const __m128i colour = _mm_or_si128(rgb, opaque4);
+        __m128i* at = reinterpret_cast<__m128i*>(pixels + x + kPictureMargin);
+        const __m128i old = _mm_loadu_si128(at);
+        const __m128i out = merge ? _mm_or_si128(old, _mm_and_si128(colour, lit))
+                                  : _mm_or_si128(_mm_andnot_si128(lit, old), _mm_and_si128(colour, lit));
+        _mm_storeu_si128(at, out);
+      }
+    }
+#endif
     if (s.colour && step == 1 && pixels) {
       // Four cells at a time: the thresholds under each ratio counted lane by lane, the colours laid in
       // where a cell holds a count.
