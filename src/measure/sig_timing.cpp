@@ -55,12 +55,13 @@ void SigTiming::walkCrossing(std::string_view s, const RecordShape& shape, bool 
   flags_.resize(count);
   uint8_t* flag = flags_.data();
   std::fill(flag, flag + first, uint8_t{0});
-  for (size_t t = first; t < count; ++t) flag[t] = 0;
-  for (int32_t x : levels)
-    for (size_t t = first; t < count; ++t) {
-      const int32_t a = v[t - 1], b = v[t];
-      flag[t] |= static_cast<uint8_t>(((a < x) & (b >= x)) | ((a > x) & (b <= x)));
-    }
+  // One level, or two (the same level twice when one is given), in one pass.
+  const int32_t x0 = *levels.begin(), x1 = levels.size() > 1 ? *(levels.begin() + 1) : x0;
+  for (size_t t = first; t < count; ++t) {
+    const int32_t a = v[t - 1], b = v[t];
+    flag[t] = static_cast<uint8_t>(((a < x0) & (b >= x0)) | ((a > x0) & (b <= x0)) | ((a < x1) & (b >= x1)) |
+                                   ((a > x1) & (b <= x1)));
+  }
   auto index = [&](size_t t) { return shape.IsPeak || shape.IsHiRes ? 2 * t - 1 : pairSums ? t + 1 : t; };
   size_t t = first;
   while (t < count) {
