@@ -82,19 +82,24 @@ int32_t Interpolator::at(Interpolation kind, const SampleBuf& s, float p, int ta
   const bool tabled = base >= 0 && base + n <= 2 * kTable + 1;
   if (kind == Interpolation::SinX && tabled) {
     // The weight of term m depends on f, i - first and n alone.
-    if (sinx_.f != f || sinx_.offset != i - first || sinx_.n != n) {
+    Weights* kept = nullptr;
+    for (Weights& k : sinx_)
+      if (k.f == f && k.offset == i - first && k.n == n) kept = &k;
+    if (!kept) {
+      kept = &sinx_[sinxNext_];
+      sinxNext_ = (sinxNext_ + 1) % sinx_.size();
       const double a = f * kPiStep, sa = std::sin(a), ca = std::cos(a);
       const double* S = sinPi_.data() + base;
       const double* C = cosPi_.data() + base;
       for (int m = 0; m < n; ++m) {
         const double t = (q - m) * kPiStep;
-        sinx_.w[static_cast<size_t>(m)] = (S[m] * ca + C[m] * sa) / t;
+        kept->w[static_cast<size_t>(m)] = (S[m] * ca + C[m] * sa) / t;
       }
-      sinx_.f = f;
-      sinx_.offset = i - first;
-      sinx_.n = n;
+      kept->f = f;
+      kept->offset = i - first;
+      kept->n = n;
     }
-    const double* w = sinx_.w.data();
+    const double* w = kept->w.data();
     for (int m = 0; m < n; ++m) terms[m] = w[m] * (d[m] - 0x8000);
     return finish(sumOf(terms, n));
   }

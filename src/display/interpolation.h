@@ -40,7 +40,9 @@ class Interpolator {
     int n = 0;
     std::array<double, kMaxTaps> w{};
   };
-  Weights sinx_;
+  // A few places: a ratio that is not a whole number of columns a sample meets several in turn.
+  std::array<Weights, 4> sinx_{};
+  size_t sinxNext_ = 0;
 };
 
 }  // namespace zorvik

@@ -147,7 +147,7 @@ void SpectrumEngine::ComputeSpectrum(const SpectrumInput& in, const SpectrumSett
   amplitudes(K, first);
   Refined = false;
   if (s.refinePeak && PeakAmp > 0) {
-    const InterpolatedPeak p = InterpolationMaxFind(SpecAmp, SpecBins, PeakBin - 1, PeakBin + 1);
+    const InterpolatedPeak p = InterpolationMaxFind(SpecAmp, SpecBins, PeakBin - 1, PeakBin + 1, sinxx_);
     PeakBin = p.bin;
     PeakAmp = p.amplitude;
     Refined = true;

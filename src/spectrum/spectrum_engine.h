@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "spectrum/fft.h"
+#include "spectrum/sinxx.h"
 
 namespace zorvik {
 
@@ -54,6 +55,7 @@ class SpectrumEngine {
   bool HeldMaxReset = false;
   std::vector<float> buffer_, re_, im_;
   Fft fft_;
+  SinxxFactors sinxx_;
   // The window's multipliers for the last function and frame length: the same values, made once.
   std::vector<float> window_;
   int windowFunction_ = -1, windowLength_ = -1;

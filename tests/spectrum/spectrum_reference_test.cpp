@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "spectrum/fft.h"
+#include "spectrum/sinxx.h"
 #include "spectrum/spectrum_engine.h"
 
 using namespace zorvik;
@@ -89,4 +90,19 @@ TEST(SpectrumReference, AmplitudesAndTheStrongestLineBitForBit) {
   e.ComputeSpectrum(nan, {true, false, 0});
   EXPECT_EQ(e.PeakAmp, 0);
   EXPECT_EQ(e.PeakBin, 0);
+}
+
+TEST(SpectrumReference, KeptSinxxFactorsGiveTheSameRefinement) {
+  std::mt19937 rng(5);
+  std::uniform_real_distribution<float> u(0, 1);
+  SinxxFactors factors;
+  for (int round = 0; round < 200; ++round) {
+    std::vector<float> spectrum(64);
+    for (float& v : spectrum) v = u(rng);
+    const float centre = static_cast<float>(round % 7 == 0 ? 63 : rng() % 64) + (round % 3 ? 0.0f : u(rng));
+    const InterpolatedPeak want = InterpolationMaxFind(spectrum, 64, centre - 1, centre + 1);
+    const InterpolatedPeak got = InterpolationMaxFind(spectrum, 64, centre - 1, centre + 1, factors);
+    EXPECT_EQ(std::bit_cast<uint32_t>(got.bin), std::bit_cast<uint32_t>(want.bin)) << round;
+    EXPECT_EQ(std::bit_cast<uint32_t>(got.amplitude), std::bit_cast<uint32_t>(want.amplitude)) << round;
+  }
 }
