@@ -6,6 +6,10 @@
 #include "core/whole_numbers.h"
 #include "display/sample_buffer.h"
 
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
 namespace zorvik {
 
 namespace {
@@ -91,17 +95,34 @@ int32_t Interpolator::at(Interpolation kind, const SampleBuf& s, float p, int ta
       const double a = f * kPiStep, sa = std::sin(a), ca = std::cos(a);
       const double* S = sinPi_.data() + base;
       const double* C = cosPi_.data() + base;
-      for (int m = 0; m < n; ++m) {
+      double* w = kept->w.data();
+      int m = 0;
+#if defined(__SSE2__)
+      // Two weights at a time, each as the line below computes it.
+      const __m128d vca = _mm_set1_pd(ca), vsa = _mm_set1_pd(sa), vq = _mm_set1_pd(q),
+                    step = _mm_set1_pd(kPiStep);
+      __m128d vm = _mm_setr_pd(0, 1);
+      for (; m + 2 <= n; m += 2) {
+        const __m128d t = _mm_mul_pd(_mm_sub_pd(vq, vm), step);
+        const __m128d num =
+            _mm_add_pd(_mm_mul_pd(_mm_loadu_pd(S + m), vca), _mm_mul_pd(_mm_loadu_pd(C + m), vsa));
+        _mm_storeu_pd(w + m, _mm_div_pd(num, t));
+        vm = _mm_add_pd(vm, _mm_set1_pd(2));
+      }
+#endif
+      for (; m < n; ++m) {
         const double t = (q - m) * kPiStep;
-        kept->w[static_cast<size_t>(m)] = (S[m] * ca + C[m] * sa) / t;
+        w[m] = (S[m] * ca + C[m] * sa) / t;
       }
       kept->f = f;
       kept->offset = i - first;
       kept->n = n;
     }
     const double* w = kept->w.data();
-    for (int m = 0; m < n; ++m) terms[m] = w[m] * (d[m] - 0x8000);
-    return finish(sumOf(terms, n));
+    // The terms added in the window's order as they are made.
+    double sum = 0;
+    for (int m = 0; m < n; ++m) sum += w[m] * (d[m] - 0x8000);
+    return finish(sum);
   }
   const double a = f * kPiStep, sa = std::sin(a), ca = std::cos(a);
   if (kind == Interpolation::SinX) {
