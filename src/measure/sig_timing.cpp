@@ -4,6 +4,10 @@
 #include <cmath>
 #include <cstring>
 
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
 #include "measure/sig_calc.h"
 
 namespace zorvik {
@@ -52,29 +56,40 @@ void SigTiming::walkCrossing(std::string_view s, const RecordShape& shape, bool 
     for (size_t t = 0; t < count; ++t) v[t] = p[t];
   }
   if (count <= first) return;
-  flags_.resize(count);
-  uint8_t* flag = flags_.data();
-  std::fill(flag, flag + first, uint8_t{0});
-  // One level, or two (the same level twice when one is given), in one pass.
+  // One bit a step from `first` on: whether it crosses a level (or one of two; the same level twice when
+  // one is given).
+  const size_t steps = count - first;
+  flags_.assign((steps + 63) / 64, 0);
+  uint64_t* bits = flags_.data();
   const int32_t x0 = *levels.begin(), x1 = levels.size() > 1 ? *(levels.begin() + 1) : x0;
-  for (size_t t = first; t < count; ++t) {
-    const int32_t a = v[t - 1], b = v[t];
-    flag[t] = static_cast<uint8_t>(((a < x0) & (b >= x0)) | ((a > x0) & (b <= x0)) | ((a < x1) & (b >= x1)) |
-                                   ((a > x1) & (b <= x1)));
+  auto crosses = [&](int32_t a, int32_t b) {
+    return ((a < x0) & (b >= x0)) | ((a > x0) & (b <= x0)) | ((a < x1) & (b >= x1)) | ((a > x1) & (b <= x1));
+  };
+  size_t k = 0;
+#if defined(__SSE2__)
+  const __m128i l0 = _mm_set1_epi32(x0), l1 = _mm_set1_epi32(x1);
+  auto crosses4 = [](__m128i a, __m128i b, __m128i x) {
+    // a < x <= b, or a > x >= b
+    const __m128i up = _mm_andnot_si128(_mm_cmplt_epi32(b, x), _mm_cmplt_epi32(a, x));
+    const __m128i down = _mm_andnot_si128(_mm_cmpgt_epi32(b, x), _mm_cmpgt_epi32(a, x));
+    return _mm_or_si128(up, down);
+  };
+  for (; k + 4 <= steps; k += 4) {
+    const int32_t* at = v + first + k;
+    const __m128i a = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at - 1));
+    const __m128i b = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at));
+    const int m = _mm_movemask_ps(_mm_castsi128_ps(_mm_or_si128(crosses4(a, b, l0), crosses4(a, b, l1))));
+    bits[k / 64] |= static_cast<uint64_t>(m) << (k % 64);
   }
+#endif
+  for (; k < steps; ++k)
+    if (crosses(v[first + k - 1], v[first + k])) bits[k / 64] |= uint64_t{1} << (k % 64);
   auto index = [&](size_t t) { return shape.IsPeak || shape.IsHiRes ? 2 * t - 1 : pairSums ? t + 1 : t; };
-  size_t t = first;
-  while (t < count) {
-    if (t + 8 <= count) {
-      uint64_t eight;
-      std::memcpy(&eight, flag + t, 8);
-      if (eight == 0) {
-        t += 8;
-        continue;
-      }
+  for (size_t w = 0; w < flags_.size(); ++w) {
+    for (uint64_t word = bits[w]; word != 0; word &= word - 1) {
+      const size_t t = first + w * 64 + static_cast<size_t>(__builtin_ctzll(word));
+      f(index(t), v[t - 1], v[t]);
     }
-    if (flag[t]) f(index(t), v[t - 1], v[t]);
-    ++t;
   }
 }
 

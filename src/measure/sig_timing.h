@@ -54,7 +54,7 @@ class SigTiming {
   int32_t level_ = 0;
   // The walk's values and the steps that cross a level, kept between records.
   std::vector<int32_t> values_;
-  std::vector<uint8_t> flags_;
+  std::vector<uint64_t> flags_;
 };
 
 }  // namespace zorvik
