@@ -56,19 +56,34 @@ int64_t roundedStep(int64_t sum, int64_t square) {
   return static_cast<int64_t>(static_cast<float>(static_cast<double>(sum) + static_cast<double>(square)));
 }
 
+// The squares first, side by side (a square of 16-bit codes fits 32 bits unsigned), then the sum.
 template <typename Code>
-float sumOfSquares(size_t count, int32_t mean, Code&& code) {
+void squaresOf(size_t count, int32_t mean, Code&& code, uint32_t* out) {
+  for (size_t i = 0; i < count; ++i) {
+    const uint32_t d = static_cast<uint32_t>(code(i) - mean);
+    out[i] = d * d;  // (-d) x (-d) modulo 2^32 is d x d
+  }
+}
+
+float sumOfSquares(const uint32_t* squares, size_t count) {
   int64_t sum = 0;
-  int64_t sq[kBlock];
   size_t i = 0;
+  // Long stretches below 2^24 in one sum of whole numbers each.
+  constexpr size_t kStretch = 256;
+  while (i + kStretch <= count) {
+    uint64_t total = 0;
+    for (size_t j = 0; j < kStretch; ++j) total += squares[i + j];
+    if (sum + static_cast<int64_t>(total) > kNoRounding) break;
+    sum += static_cast<int64_t>(total);
+    i += kStretch;
+  }
   for (; i < count && sum < kWholeBelow; i += kBlock) {
     const size_t len = std::min(kBlock, count - i);
+    const uint32_t* sq = squares + i;
     int64_t total = 0, largest = 0;
     for (size_t j = 0; j < len; ++j) {
-      const int64_t d = code(i + j) - mean;
-      sq[j] = d * d;
       total += sq[j];
-      largest = std::max(largest, sq[j]);
+      largest = std::max<int64_t>(largest, sq[j]);
     }
     if (sum + total <= kNoRounding) {
       sum += total;
@@ -81,7 +96,7 @@ float sumOfSquares(size_t count, int32_t mean, Code&& code) {
       bool tie = false;
       for (size_t j = 0; j < len; ++j) {
         const int64_t rest = sq[j] & (unit - 1);
-        steps += (sq[j] >> k) + (rest > half);
+        steps += (int64_t{sq[j]} >> k) + (rest > half);
         tie |= rest == half;
       }
       if (!tie && (sum >> k) + steps + 1 <= kNoRounding) {
@@ -100,10 +115,7 @@ float sumOfSquares(size_t count, int32_t mean, Code&& code) {
   }
   // Beyond 2^49 (a record longer than any packet) the steps as they are written.
   float rest = static_cast<float>(sum);
-  for (; i < count; ++i) {
-    const int64_t d = code(i) - mean;
-    rest = addFixedPoint(rest, d * d);
-  }
+  for (; i < count; ++i) rest = addFixedPoint(rest, squares[i]);
   return rest;
 }
 
@@ -289,8 +301,15 @@ void SigCalc::CalcAC(std::string_view samples, bool IsHiRes, float FullScaleVolt
   const int32_t mean = IsHiRes ? MeanCode16 : MeanCode8;
   // The rounding of a 32-bit sum is part of the measurement.
   const uint8_t* p = bytesOf(samples);
-  const float sum = IsHiRes ? sumOfSquares(samples.size() / 2, mean, [p](size_t i) { return code16(p, i); })
-                            : sumOfSquares(samples.size(), mean, [p](size_t i) { return int32_t{p[i]}; });
+  const size_t count = IsHiRes ? samples.size() / 2 : samples.size();
+  squares_.resize(count);
+  if (IsHiRes)
+    squaresOf(
+        count, mean, [p](size_t i) { return code16(p, i); }, squares_.data());
+  else
+    squaresOf(
+        count, mean, [p](size_t i) { return int32_t{p[i]}; }, squares_.data());
+  const float sum = sumOfSquares(squares_.data(), count);
   const float chars = static_cast<float>(samples.size());
   if (!IsHiRes)
     ACVolts = std::sqrt(sum / chars) * FullScaleVolts / 256;
