@@ -197,6 +197,58 @@ __attribute__((target("avx"))) void stagePair8(float* xr, float* xi, size_t n, s
   }
 }
 
+// Rows of eight into columns of eight.
+__attribute__((target("avx"))) inline void transpose8(__m256 (&v)[8]) {
+  const __m256 t0 = _mm256_unpacklo_ps(v[0], v[1]), t1 = _mm256_unpackhi_ps(v[0], v[1]);
+  const __m256 t2 = _mm256_unpacklo_ps(v[2], v[3]), t3 = _mm256_unpackhi_ps(v[2], v[3]);
+  const __m256 t4 = _mm256_unpacklo_ps(v[4], v[5]), t5 = _mm256_unpackhi_ps(v[4], v[5]);
+  const __m256 t6 = _mm256_unpacklo_ps(v[6], v[7]), t7 = _mm256_unpackhi_ps(v[6], v[7]);
+  const __m256 u0 = _mm256_shuffle_ps(t0, t2, 0x44), u1 = _mm256_shuffle_ps(t0, t2, 0xEE);
+  const __m256 u2 = _mm256_shuffle_ps(t1, t3, 0x44), u3 = _mm256_shuffle_ps(t1, t3, 0xEE);
+  const __m256 u4 = _mm256_shuffle_ps(t4, t6, 0x44), u5 = _mm256_shuffle_ps(t4, t6, 0xEE);
+  const __m256 u6 = _mm256_shuffle_ps(t5, t7, 0x44), u7 = _mm256_shuffle_ps(t5, t7, 0xEE);
+  v[0] = _mm256_permute2f128_ps(u0, u4, 0x20);
+  v[1] = _mm256_permute2f128_ps(u1, u5, 0x20);
+  v[2] = _mm256_permute2f128_ps(u2, u6, 0x20);
+  v[3] = _mm256_permute2f128_ps(u3, u7, 0x20);
+  v[4] = _mm256_permute2f128_ps(u0, u4, 0x31);
+  v[5] = _mm256_permute2f128_ps(u1, u5, 0x31);
+  v[6] = _mm256_permute2f128_ps(u2, u6, 0x31);
+  v[7] = _mm256_permute2f128_ps(u3, u7, 0x31);
+}
+
+// The bit reversal and the first three stages: eight groups of eight entries at a time, a group's entry e
+// in lane g of vector e, then turned back into memory order.
+__attribute__((target("avx"))) void firstStages8(const float* input, const uint32_t* rev, float* xr,
+                                                 float* xi, size_t n, const float* twr, const float* twi) {
+  __m256 wr[7], wi[7];
+  for (int k = 0; k < 7; ++k) {
+    wr[k] = _mm256_set1_ps(twr[k]);
+    wi[k] = _mm256_set1_ps(twi[k]);
+  }
+  for (size_t g = 0; g < n; g += 64) {
+    const uint32_t* r = rev + g;
+    __m256 re[8], im[8];
+    for (int e = 0; e < 8; ++e) {
+      re[e] = _mm256_setr_ps(input[r[e]], input[r[8 + e]], input[r[16 + e]], input[r[24 + e]],
+                             input[r[32 + e]], input[r[40 + e]], input[r[48 + e]], input[r[56 + e]]);
+      im[e] = _mm256_setzero_ps();
+    }
+    for (int e = 0; e < 8; e += 2) butterfly8(re[e], im[e], re[e + 1], im[e + 1], wr[0], wi[0]);
+    for (int e = 0; e < 8; e += 4) {
+      butterfly8(re[e], im[e], re[e + 2], im[e + 2], wr[1], wi[1]);
+      butterfly8(re[e + 1], im[e + 1], re[e + 3], im[e + 3], wr[2], wi[2]);
+    }
+    for (int e = 0; e < 4; ++e) butterfly8(re[e], im[e], re[e + 4], im[e + 4], wr[3 + e], wi[3 + e]);
+    transpose8(re);
+    transpose8(im);
+    for (int row = 0; row < 8; ++row) {
+      _mm256_storeu_ps(xr + g + 8 * row, re[row]);
+      _mm256_storeu_ps(xi + g + 8 * row, im[row]);
+    }
+  }
+}
+
 bool haveAvx() {
   return __builtin_cpu_supports("avx");
 }
@@ -256,8 +308,16 @@ void Fft::transform(const float* input, size_t size, std::vector<float>& re, std
   const float* twr = twr_.data();
   const float* twi = twi_.data();
   size_t le2 = 1;
+#if defined(ZORVIK_FFT_AVX)
+  if (n >= 64 && haveAvx()) {
+    firstStages8(input, rev_.data(), xr, xi, n, twr, twi);
+    for (le2 = 8; le2 * 4 <= n; le2 *= 4) stagePair8(xr, xi, n, le2, twr, twi);
+    if (le2 < n) stage8(xr, xi, n, le2, twr + (le2 - 1), twi + (le2 - 1));
+    le2 = n;
+  }
+#endif
 #if defined(__SSE2__)
-  if (n >= 16) {
+  if (n >= 16 && le2 < n) {
     firstStages(input, rev_.data(), xr, xi, n, twr, twi);
 #if defined(ZORVIK_FFT_AVX)
     const bool avx = haveAvx();
