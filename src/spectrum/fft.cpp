@@ -217,21 +217,23 @@ __attribute__((target("avx"))) inline void transpose8(__m256 (&v)[8]) {
   v[7] = _mm256_permute2f128_ps(u3, u7, 0x31);
 }
 
-// The bit reversal and the first three stages: eight groups of eight entries at a time, a group's entry e
-// in lane g of vector e, then turned back into memory order.
+// The bit reversal and the first three stages, eight groups of eight entries at a time, a group's entry e
+// in lane g of vector e. Entry e of group g is input[rev(8g) + rev3(e) n / 8] (rev3 reverses three bits),
+// so taking the groups whose rev(8g) are eight neighbours b0 to b0 + 7 loads each vector whole; turned
+// back into memory order, lane l's group lands at rev(b0 + l).
 __attribute__((target("avx"))) void firstStages8(const float* input, const uint32_t* rev, float* xr,
                                                  float* xi, size_t n, const float* twr, const float* twi) {
+  static constexpr size_t kRev3[8] = {0, 4, 2, 6, 1, 5, 3, 7};
   __m256 wr[7], wi[7];
   for (int k = 0; k < 7; ++k) {
     wr[k] = _mm256_set1_ps(twr[k]);
     wi[k] = _mm256_set1_ps(twi[k]);
   }
-  for (size_t g = 0; g < n; g += 64) {
-    const uint32_t* r = rev + g;
+  const size_t eighth = n / 8;
+  for (size_t b0 = 0; b0 < eighth; b0 += 8) {
     __m256 re[8], im[8];
     for (int e = 0; e < 8; ++e) {
-      re[e] = _mm256_setr_ps(input[r[e]], input[r[8 + e]], input[r[16 + e]], input[r[24 + e]],
-                             input[r[32 + e]], input[r[40 + e]], input[r[48 + e]], input[r[56 + e]]);
+      re[e] = _mm256_loadu_ps(input + b0 + kRev3[e] * eighth);
       im[e] = _mm256_setzero_ps();
     }
     for (int e = 0; e < 8; e += 2) butterfly8(re[e], im[e], re[e + 1], im[e + 1], wr[0], wi[0]);
@@ -242,9 +244,10 @@ __attribute__((target("avx"))) void firstStages8(const float* input, const uint3
     for (int e = 0; e < 4; ++e) butterfly8(re[e], im[e], re[e + 4], im[e + 4], wr[3 + e], wi[3 + e]);
     transpose8(re);
     transpose8(im);
-    for (int row = 0; row < 8; ++row) {
-      _mm256_storeu_ps(xr + g + 8 * row, re[row]);
-      _mm256_storeu_ps(xi + g + 8 * row, im[row]);
+    for (int lane = 0; lane < 8; ++lane) {
+      const size_t at = rev[b0 + static_cast<size_t>(lane)];
+      _mm256_storeu_ps(xr + at, re[lane]);
+      _mm256_storeu_ps(xi + at, im[lane]);
     }
   }
 }
