@@ -314,7 +314,16 @@ void Fft::transform(const float* input, size_t size, std::vector<float>& re, std
 #if defined(ZORVIK_FFT_AVX)
   if (n >= 64 && haveAvx()) {
     firstStages8(input, rev_.data(), xr, xi, n, twr, twi);
-    for (le2 = 8; le2 * 4 <= n; le2 *= 4) stagePair8(xr, xi, n, le2, twr, twi);
+    // Stages 4 to 9 stay inside blocks of 512 entries: each block goes through them while it is in the
+    // first-level cache, before the later stages sweep the whole array.
+    le2 = 8;
+    constexpr size_t kBlock = 512;
+    if (n >= kBlock) {
+      for (size_t b = 0; b < n; b += kBlock)
+        for (size_t q = 8; q * 4 <= kBlock; q *= 4) stagePair8(xr + b, xi + b, kBlock, q, twr, twi);
+      le2 = kBlock;
+    }
+    for (; le2 * 4 <= n; le2 *= 4) stagePair8(xr, xi, n, le2, twr, twi);
     if (le2 < n) stage8(xr, xi, n, le2, twr + (le2 - 1), twi + (le2 - 1));
     le2 = n;
   }
