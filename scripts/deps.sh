@@ -3,7 +3,7 @@
 # Runs apt-get only when something is missing, so repeated calls are quick.
 set -euo pipefail
 PKGS=(cmake ninja-build g++ pkg-config qt6-base-dev qt6-base-dev-tools libgl-dev
-      libgtest-dev libgmock-dev libgif-dev libbenchmark-dev libsqlite3-dev libjpeg62-turbo-dev
+      libgtest-dev libgmock-dev libgif-dev libbenchmark-dev libfftw3-dev libsqlite3-dev libjpeg62-turbo-dev
       clang libclang-rt-dev xvfb xauth ccache clang-format
       librsvg2-bin dpkg-dev file desktop-file-utils appstream shared-mime-info libglib2.0-bin)
 missing=()

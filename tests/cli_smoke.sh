@@ -177,6 +177,9 @@ check "timebase bad number exit 2" "[ $rc -eq 2 ] && [ \$(wc -l < $tmp/err) -eq 
 out=$("$cli" bench --packets 20 --wide --persist color); rc=$?
 check "bench exit" "[ $rc -eq 0 ]"
 check "bench median" "echo '$out' | grep -q '\"median_us\":'"
+out=$("$cli" bench --full --mode 1 --packets 5); rc=$?
+check "bench --full exit" "[ $rc -eq 0 ]"
+check "bench --full reports the format's packets a second" "echo '$out' | grep -q '\"hires\":{[^}]*\"packets_per_s\":'"
 
 # A slow time base streams roll chunks; the summary carries the scale of the record.
 out=$("$cli" session --packets 2 --sim rate=max --set Sampling/TimePerDiv=25 --set AutoCalibrating/StartDelay=0); rc=$?

@@ -13,6 +13,7 @@
 #include "core/fault.h"
 #include "core/progress_line.h"
 #include "session/command_line.h"
+#include "session/full_path.h"
 #include "sim/packet_builder.h"
 #include "sim/sim_config.h"
 
@@ -32,6 +33,8 @@ struct BenchArgs {
   int mode = 0;
   int samples = 332;
   bool samplesGiven = false;
+  bool full = false;
+  bool modeGiven = false;
 };
 
 BenchArgs parseArgs(const std::vector<std::string>& args) {
@@ -42,6 +45,9 @@ BenchArgs parseArgs(const std::vector<std::string>& args) {
       b.packets = wholeNumberOption("--packets", v, 1, kMaxPackets);
     } else if (takeValue(args, i, "--mode", v)) {
       b.mode = wholeNumberOption("--mode", v, 0, 4);
+      b.modeGiven = true;
+    } else if (args[i] == "--full") {
+      b.full = true;
     } else if (takeValue(args, i, "--samples", v)) {
       b.samples = wholeNumberOption("--samples", v, 16, 16384);
       b.samplesGiven = true;
@@ -78,7 +84,66 @@ std::vector<PacketFile> simulatedPackets(const BenchArgs& b) {
   return packets;
 }
 
+struct Timings {
+  double median = 0, mean = 0, min = 0, max = 0;
+};
+
+// Times `count` calls of play(i), one by one, after kWarmUp untimed ones.
+template <typename Play>
+Timings timePackets(int count, Play&& play, const char* what) {
+  for (int i = 0; i < kWarmUp; ++i) play(i);
+  std::vector<double> micros(static_cast<size_t>(count));
+  ProgressLine progress(std::cerr, ProgressLine::stderrIsTerminal(), what, count);
+  for (int i = 0; i < count; ++i) {
+    const auto t0 = std::chrono::steady_clock::now();
+    play(i);
+    const auto t1 = std::chrono::steady_clock::now();
+    progress.step(i + 1);  // outside the timed part
+    micros[static_cast<size_t>(i)] = std::chrono::duration<double, std::micro>(t1 - t0).count();
+  }
+  Timings t;
+  t.mean = std::accumulate(micros.begin(), micros.end(), 0.0) / static_cast<double>(micros.size());
+  std::sort(micros.begin(), micros.end());
+  const size_t n = micros.size();
+  t.median = n % 2 ? micros[n / 2] : (micros[n / 2 - 1] + micros[n / 2]) / 2;
+  t.min = micros.front();
+  t.max = micros.back();
+  return t;
+}
+
+double round2(double v) {
+  return std::round(v * 100) / 100;
+}
+
+// The whole signal path with everything open, for each sample format (or the one of --mode).
+QJsonObject benchFull(const BenchArgs& b) {
+  if (!b.files.empty()) throw Fault("bench --full takes no FILE: it times the simulated 8192-sample packets");
+  QJsonObject formats;
+  for (int mode = 0; mode < 5; ++mode) {
+    if (b.modeGiven && mode != b.mode) continue;
+    const std::vector<std::string> packets = fullPathPackets(mode, kSimPackets);
+    FullPathRig rig;
+    const Timings t = timePackets(
+        b.packets, [&](int i) { rig.packet(packets[static_cast<size_t>(i) % packets.size()]); },
+        kFullPathModeNames[mode]);
+    QJsonObject o;
+    o["median_us"] = round2(t.median);
+    o["packets_per_s"] = t.median > 0 ? std::round(1e6 / t.median) : 0.0;
+    o["mean_us"] = round2(t.mean);
+    o["min_us"] = round2(t.min);
+    o["max_us"] = round2(t.max);
+    formats[kFullPathModeNames[mode]] = o;
+  }
+  QJsonObject o;
+  o["source"] = "sim";
+  o["packets"] = b.packets;
+  o["sample_count"] = 8192;
+  o["full"] = formats;
+  return o;
+}
+
 QJsonObject bench(const BenchArgs& b) {
+  if (b.full) return benchFull(b);
   std::vector<PacketFile> packets;
   for (const std::string& file : b.files) packets.push_back(readPacketFile(file));
   if (packets.empty()) packets = simulatedPackets(b);
@@ -88,32 +153,17 @@ QJsonObject bench(const BenchArgs& b) {
     const PacketFile& p = packets[static_cast<size_t>(i) % packets.size()];
     rig.packet(p.bytes, b.display.samplesPerDiv.value_or(p.samplesPerDiv.value_or(16)));
   };
-  for (int i = 0; i < kWarmUp; ++i) play(i);
+  const Timings t = timePackets(b.packets, play, "packets");
 
-  std::vector<double> micros(static_cast<size_t>(b.packets));
-  ProgressLine progress(std::cerr, ProgressLine::stderrIsTerminal(), "packets", b.packets);
-  for (int i = 0; i < b.packets; ++i) {
-    const auto t0 = std::chrono::steady_clock::now();
-    play(i);
-    const auto t1 = std::chrono::steady_clock::now();
-    progress.step(i + 1);  // outside the timed part
-    micros[static_cast<size_t>(i)] = std::chrono::duration<double, std::micro>(t1 - t0).count();
-  }
-  const double mean = std::accumulate(micros.begin(), micros.end(), 0.0) / static_cast<double>(micros.size());
-  std::sort(micros.begin(), micros.end());
-  const size_t n = micros.size();
-  const double median = n % 2 ? micros[n / 2] : (micros[n / 2 - 1] + micros[n / 2]) / 2;
-
-  auto round2 = [](double v) { return std::round(v * 100) / 100; };
   QJsonObject o;
   o["source"] = b.files.empty() ? "sim" : "files";
   o["packets"] = b.packets;
   o["sample_count"] = rig.main().SampleCount();
   o["wide"] = rig.display().settings().wide;
-  o["median_us"] = round2(median);
-  o["mean_us"] = round2(mean);
-  o["min_us"] = round2(micros.front());
-  o["max_us"] = round2(micros.back());
+  o["median_us"] = round2(t.median);
+  o["mean_us"] = round2(t.mean);
+  o["min_us"] = round2(t.min);
+  o["max_us"] = round2(t.max);
   return o;
 }
 
@@ -123,6 +173,7 @@ int runBenchCommand(const std::vector<std::string>& args, std::ostream& out, std
   try {
     const BenchArgs b = parseArgs(args);
     if (!b.device.empty() && !b.files.empty()) throw Fault("bench --device takes no packet files");
+    if (!b.device.empty() && b.full) throw Fault("bench --device and --full time different things: give one");
     QJsonObject result =
         b.device.empty() ? bench(b) : benchStream(b.device, b.packets, b.samplesGiven ? b.samples : 8192);
     out << QJsonDocument(result).toJson(QJsonDocument::Compact).toStdString() << "\n";

@@ -155,7 +155,11 @@ const std::vector<CliCommand> kCommands = {
      "  --samples N          simulated samples a packet, 16 to 16384 (default 332)\n"
      "  --device ADDRESS     the stream link alone instead: packets a second from the instrument\n"
      "                       zorvik-sim serves at ADDRESS (serve it with --sim rate=max), records of\n"
-     "                       --samples samples (default 8192); no display options then\n" +
+     "                       --samples samples (default 8192); no display options then\n"
+     "  --full               the whole signal path instead, for each sample format (or --mode's):\n"
+     "                       8192-sample packets through the wide display with Sin(x)/x and colour\n"
+     "                       grading, every meter, the Blackman-Harris spectrum refined, the\n"
+     "                       histogram and the recorder idle; median and packets per second\n" +
          kDisplayHelp},
     {"csv", runCsvCommand, "the packet CSV of a packet or zrv file",
      "usage: zorvik-cli csv FILE --out OUT.csv [--scaled [scale options]]\n"

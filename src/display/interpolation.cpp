@@ -6,6 +6,10 @@
 #include "core/whole_numbers.h"
 #include "display/sample_buffer.h"
 
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
 namespace zorvik {
 
 namespace {
@@ -80,20 +84,58 @@ int32_t Interpolator::at(Interpolation kind, const SampleBuf& s, float p, int ta
   const double f = static_cast<double>(p) - static_cast<double>(i);
   const int64_t base = kTable - (i - first);
   const bool tabled = base >= 0 && base + n <= 2 * kTable + 1;
-  const double a = f * kPiStep, sa = std::sin(a), ca = std::cos(a);
-  if (kind == Interpolation::SinX) {
-    if (tabled) {
+  if (kind == Interpolation::SinX && tabled) {
+    // The weight of term m depends on f, i - first and n alone.
+    Weights* kept = nullptr;
+    for (Weights& k : sinx_)
+      if (k.f == f && k.offset == i - first && k.n == n) kept = &k;
+    if (!kept) {
+      kept = &sinx_[sinxNext_];
+      sinxNext_ = (sinxNext_ + 1) % sinx_.size();
+      const double a = f * kPiStep, sa = std::sin(a), ca = std::cos(a);
       const double* S = sinPi_.data() + base;
       const double* C = cosPi_.data() + base;
-      for (int m = 0; m < n; ++m) {
-        const double t = (q - m) * kPiStep;
-        terms[m] = (S[m] * ca + C[m] * sa) / t * (d[m] - 0x8000);
+      double* w = kept->w.data();
+      int m = 0;
+#if defined(__SSE2__)
+      // Two weights at a time, each as the line below computes it.
+      const __m128d vca = _mm_set1_pd(ca), vsa = _mm_set1_pd(sa), vq = _mm_set1_pd(q),
+                    step = _mm_set1_pd(kPiStep);
+      __m128d vm = _mm_setr_pd(0, 1);
+      for (; m + 2 <= n; m += 2) {
+        const __m128d t = _mm_mul_pd(_mm_sub_pd(vq, vm), step);
+        const __m128d num =
+            _mm_add_pd(_mm_mul_pd(_mm_loadu_pd(S + m), vca), _mm_mul_pd(_mm_loadu_pd(C + m), vsa));
+        _mm_storeu_pd(w + m, _mm_div_pd(num, t));
+        vm = _mm_add_pd(vm, _mm_set1_pd(2));
       }
-    } else {
-      for (int m = 0; m < n; ++m) {
+#endif
+      for (; m < n; ++m) {
         const double t = (q - m) * kPiStep;
-        terms[m] = std::sin(t) / t * (d[m] - 0x8000);
+        w[m] = (S[m] * ca + C[m] * sa) / t;
       }
+      kept->f = f;
+      kept->offset = i - first;
+      kept->n = n;
+    }
+    const double* w = kept->w.data();
+    // The terms made two at a time, then added in the window's order.
+    int m = 0;
+#if defined(__SSE2__)
+    const __m128i mid = _mm_set1_epi32(0x8000);
+    for (; m + 2 <= n; m += 2) {
+      const __m128i codes = _mm_sub_epi32(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(d + m)), mid);
+      _mm_storeu_pd(terms + m, _mm_mul_pd(_mm_loadu_pd(w + m), _mm_cvtepi32_pd(codes)));
+    }
+#endif
+    for (; m < n; ++m) terms[m] = w[m] * (d[m] - 0x8000);
+    return finish(sumOf(terms, n));
+  }
+  const double a = f * kPiStep, sa = std::sin(a), ca = std::cos(a);
+  if (kind == Interpolation::SinX) {
+    for (int m = 0; m < n; ++m) {
+      const double t = (q - m) * kPiStep;
+      terms[m] = std::sin(t) / t * (d[m] - 0x8000);
     }
     return finish(sumOf(terms, n));
   }

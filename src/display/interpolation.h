@@ -32,6 +32,17 @@ class Interpolator {
   std::vector<double> binomial_;  // C(taps - 1, m)
   int lagrangeTaps_ = 0;
   std::array<double, kMaxTaps> terms_{};
+  // The Sin(x)/x weights sin(t) / t of the last point's place between samples: the columns of a steady
+  // ratio meet the same places again and again, and a weight is the same number each time.
+  struct Weights {
+    double f = -1;
+    int64_t offset = -1;
+    int n = 0;
+    std::array<double, kMaxTaps> w{};
+  };
+  // A few places: a ratio that is not a whole number of columns a sample meets several in turn.
+  std::array<Weights, 4> sinx_{};
+  size_t sinxNext_ = 0;
 };
 
 }  // namespace zorvik

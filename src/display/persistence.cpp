@@ -4,6 +4,10 @@
 #include <cmath>
 #include <cstring>
 
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
 #include "core/whole_numbers.h"
 #include "display/display_canvas.h"
 
@@ -62,6 +66,8 @@ class Grader {
     }
     return true;
   }
+  int gain() const { return gain_; }
+  int offset() const { return offset_; }
   // The colour of a count with `below` thresholds under its ratio.
   uint32_t colourOfBelow(int32_t count, int below) const {
     return count < 2 ? kSingleHitColor : table_[static_cast<size_t>(below)];
@@ -106,10 +112,31 @@ inline Int4 decayedPow2(Int4 c, int shift) {
   return a + (r != 0);
 }
 
+// Sixteen cells from `cells` on, none holding a count above 0.
+inline bool emptyRun(const int32_t* cells) {
+  Int4 c[4];
+  std::memcpy(c, cells, sizeof c);
+  const Int4 any = (c[0] > 0) | (c[1] > 0) | (c[2] > 0) | (c[3] > 0);
+  uint64_t bits[2];
+  std::memcpy(bits, &any, sizeof bits);
+  return (bits[0] | bits[1]) == 0;
+}
+
 template <bool Round>
 void decayLine(int32_t* line, int first, int last, int step, int shift) {
   int x = first;
   if (step == 1) {
+    // Sixteen cells at a time, passed over where all are 0 (a count of 0 stays 0): most of a row is empty.
+    for (; x + 15 <= last; x += 16) {
+      Int4 c[4];
+      std::memcpy(c, line + x, sizeof c);
+      const Int4 any = c[0] | c[1] | c[2] | c[3];
+      uint64_t bits[2];
+      std::memcpy(bits, &any, sizeof bits);
+      if ((bits[0] | bits[1]) == 0) continue;
+      for (Int4& q : c) q = decayedPow2<Round>(q, shift);
+      std::memcpy(line + x, c, sizeof c);
+    }
     for (; x + 3 <= last; x += 4) {
       Int4 c;
       std::memcpy(&c, line + x, sizeof c);
@@ -157,6 +184,19 @@ uint32_t Persistence::colourOf(int32_t count, int32_t max, const GradeStyle& s) 
 }
 
 void Persistence::render(DisplayCanvas& canvas, int first, int last, int step, const GradeStyle& s) {
+  renderRows(canvas, first, last, step, s, nullptr);
+}
+
+void Persistence::renderAndDecay(DisplayCanvas& canvas, int first, int last, int step, const GradeStyle& s,
+                                 int depth, bool leaveSingle) {
+  if (depth <= 1) return render(canvas, first, last, step, s);
+  const DecayPlan plan = decayPlan(first, last, step, depth, leaveSingle);
+  renderRows(canvas, first, last, step, s, &plan);
+  decayMaxima(plan);
+}
+
+void Persistence::renderRows(DisplayCanvas& canvas, int first, int last, int step, const GradeStyle& s,
+                             const DecayPlan* decay) {
   first = std::max(first, 0);
   last = std::min(last, kColumns - 1);
   step = std::max(step, 1);
@@ -171,9 +211,30 @@ void Persistence::render(DisplayCanvas& canvas, int first, int last, int step, c
   // The colour grading compares counts with each column's breakpoints instead of dividing per cell.
   if (s.colour) {
     breaks_.resize(static_cast<size_t>(9 * kColumns));
+    // The breakpoints of a largest count are kept once made, for the emphasis they were made with: the
+    // columns' maxima take few values, and the same ones packet after packet.
+    const int emphasis = std::clamp(s.emphasis, 0, 5);
+    if (memoEmphasis_ != emphasis) {
+      memoBreaks_.resize(static_cast<size_t>(9 * kMemoMax));
+      memoKnown_.assign(static_cast<size_t>(kMemoMax), 0);
+      memoEmphasis_ = emphasis;
+    }
     for (int x = first; x <= last; x += step) {
+      const int32_t m = max_[static_cast<size_t>(x)];
       int32_t b[9] = {};
-      exact_[static_cast<size_t>(x)] = grader.breakpoints(max_[static_cast<size_t>(x)], b);
+      bool exact;
+      if (m > 0 && m < kMemoMax) {
+        int32_t* kept = memoBreaks_.data() + static_cast<ptrdiff_t>(9) * m;
+        if (!memoKnown_[static_cast<size_t>(m)]) {
+          grader.breakpoints(m, kept);
+          memoKnown_[static_cast<size_t>(m)] = 1;
+        }
+        std::copy(kept, kept + 9, b);
+        exact = true;
+      } else {
+        exact = grader.breakpoints(m, b);
+      }
+      exact_[static_cast<size_t>(x)] = exact;
       for (int i = 0; i < 9; ++i) breaks_[static_cast<size_t>(i * kColumns + x)] = b[i];
     }
   }
@@ -189,14 +250,63 @@ void Persistence::render(DisplayCanvas& canvas, int first, int last, int step, c
       p = merge ? p | 0xFF000000 | rgb : 0xFF000000 | rgb;
     };
     int x = first;
+#if defined(__SSE2__)
+    if (!s.colour && step == 1 && pixels) {
+      // Brightness, four cells at a time in two pairs of doubles: count x gain / max + offset rounded
+      // half to even (by adding and taking away 1.5 x 2^52, exact far beyond these values), clamped.
+      const __m128d gain = _mm_set1_pd(grader.gain()), offset = _mm_set1_pd(grader.offset());
+      const __m128d magic = _mm_set1_pd(6755399441055744.0), top = _mm_set1_pd(255.0),
+                    zero = _mm_setzero_pd();
+      const int item = s.colorItem;
+      auto level = [&](__m128i c, __m128i m) {
+        const __m128d cd = _mm_cvtepi32_pd(c), md = _mm_cvtepi32_pd(m);
+        const __m128d scaled = _mm_add_pd(_mm_div_pd(_mm_mul_pd(cd, gain), md), offset);
+        const __m128d positive = _mm_cmpgt_pd(md, zero);  // no largest count: the offset
+        __m128d v = _mm_or_pd(_mm_and_pd(positive, scaled), _mm_andnot_pd(positive, offset));
+        v = _mm_sub_pd(_mm_add_pd(v, magic), magic);
+        v = _mm_max_pd(_mm_min_pd(v, top), zero);
+        return _mm_cvttpd_epi32(v);
+      };
+      const __m128i opaque4 = _mm_set1_epi32(static_cast<int32_t>(0xFF000000));
+      for (; x + 3 <= last; x += 4) {
+        if (x + 15 <= last && emptyRun(line + x)) {
+          x += 12;  // sixteen empty cells
+          continue;
+        }
+        const __m128i c = _mm_loadu_si128(reinterpret_cast<const __m128i*>(line + x));
+        const __m128i lit = _mm_cmpgt_epi32(c, _mm_setzero_si128());
+        if (_mm_movemask_epi8(lit) == 0) continue;
+        const __m128i m = _mm_loadu_si128(reinterpret_cast<const __m128i*>(max_.data() + x));
+        const __m128i low = level(c, m);
+        const __m128i high = level(_mm_shuffle_epi32(c, 0xEE), _mm_shuffle_epi32(m, 0xEE));
+        const __m128i lv = _mm_unpacklo_epi64(low, high);
+        __m128i rgb = _mm_setzero_si128();
+        if (item & 1) rgb = _mm_or_si128(rgb, _mm_slli_epi32(lv, 16));
+        if (item & 2) rgb = _mm_or_si128(rgb, _mm_slli_epi32(lv, 8));
+        if (item & 4) rgb = _mm_or_si128(rgb, lv);
+        const __m128i colour = _mm_or_si128(rgb, opaque4);
+        __m128i* at = reinterpret_cast<__m128i*>(pixels + x + kPictureMargin);
+        const __m128i old = _mm_loadu_si128(at);
+        const __m128i out = merge ? _mm_or_si128(old, _mm_and_si128(colour, lit))
+                                  : _mm_or_si128(_mm_andnot_si128(lit, old), _mm_and_si128(colour, lit));
+        _mm_storeu_si128(at, out);
+      }
+    }
+#endif
     if (s.colour && step == 1 && pixels) {
       // Four cells at a time: the thresholds under each ratio counted lane by lane, the colours laid in
       // where a cell holds a count.
       for (; x + 3 <= last; x += 4) {
+        if (x + 15 <= last && emptyRun(line + x)) {
+          x += 12;  // sixteen empty cells
+          continue;
+        }
         Int4 c;
         std::memcpy(&c, line + x, sizeof c);
         const Int4 lit = c > 0;
-        if (!(lit[0] | lit[1] | lit[2] | lit[3])) continue;
+        uint64_t litBits[2];
+        std::memcpy(litBits, &lit, sizeof litBits);
+        if ((litBits[0] | litBits[1]) == 0) continue;
         uint32_t exact4;
         std::memcpy(&exact4, exact_.data() + x, sizeof exact4);
         if (exact4 != 0x01010101u) break;  // a column past the breakpoints' range: cell by cell from here
@@ -230,29 +340,36 @@ void Persistence::render(DisplayCanvas& canvas, int first, int last, int step, c
       for (int i = 0; i < 9; ++i) below += c < breaks_[static_cast<size_t>(i * kColumns) + xi];
       put(x, grader.colourOfBelow(c, below));
     }
+    if (decay) decayRow(*decay, y);
   }
 }
 
-void Persistence::decay(int first, int last, int step, int depth, bool leaveSingle) {
-  if (depth <= 1) return;
-  first = std::max(first, 0);
-  last = std::min(last, kColumns - 1);
-  step = std::max(step, 1);
-  int shift = 0;
-  while (shift < 30 && (1 << shift) < depth) ++shift;
-  const bool power = (1 << shift) == depth;
-  for (int y = std::max(rowLow_, 1); y <= std::min(rowHigh_, kRows - 2); ++y) {
-    int32_t* line = buf_.data() + static_cast<ptrdiff_t>(kStride) * y;
-    if (power && leaveSingle)
-      decayLine<true>(line, first, last, step, shift);
-    else if (power)
-      decayLine<false>(line, first, last, step, shift);
-    else
-      for (int x = first; x <= last; x += step)
-        if (line[x] > 0) line[x] = decayed(line[x], depth, leaveSingle);
-  }
-  for (int x = first; x <= last; x += step)
-    max_[static_cast<size_t>(x)] = decayed(max_[static_cast<size_t>(x)], depth, true);
+Persistence::DecayPlan Persistence::decayPlan(int first, int last, int step, int depth, bool leaveSingle) {
+  DecayPlan p;
+  p.first = std::max(first, 0);
+  p.last = std::min(last, kColumns - 1);
+  p.step = std::max(step, 1);
+  p.depth = depth;
+  p.leaveSingle = leaveSingle;
+  while (p.shift < 30 && (1 << p.shift) < depth) ++p.shift;
+  p.power = (1 << p.shift) == depth;
+  return p;
+}
+
+void Persistence::decayRow(const DecayPlan& p, int y) {
+  int32_t* line = buf_.data() + static_cast<ptrdiff_t>(kStride) * y;
+  if (p.power && p.leaveSingle)
+    decayLine<true>(line, p.first, p.last, p.step, p.shift);
+  else if (p.power)
+    decayLine<false>(line, p.first, p.last, p.step, p.shift);
+  else
+    for (int x = p.first; x <= p.last; x += p.step)
+      if (line[x] > 0) line[x] = decayed(line[x], p.depth, p.leaveSingle);
+}
+
+void Persistence::decayMaxima(const DecayPlan& p) {
+  for (int x = p.first; x <= p.last; x += p.step)
+    max_[static_cast<size_t>(x)] = decayed(max_[static_cast<size_t>(x)], p.depth, true);
   // Rows that emptied at the ends of the range drop out of it (rows 0 and 255 keep their counts).
   auto empty = [&](int y) {
     const int32_t* line = buf_.data() + static_cast<ptrdiff_t>(kStride) * y;
@@ -260,6 +377,13 @@ void Persistence::decay(int first, int last, int step, int depth, bool leaveSing
   };
   while (rowLow_ <= rowHigh_ && rowLow_ > 0 && rowLow_ < kRows - 1 && empty(rowLow_)) ++rowLow_;
   while (rowHigh_ >= rowLow_ && rowHigh_ < kRows - 1 && rowHigh_ > 0 && empty(rowHigh_)) --rowHigh_;
+}
+
+void Persistence::decay(int first, int last, int step, int depth, bool leaveSingle) {
+  if (depth <= 1) return;
+  const DecayPlan plan = decayPlan(first, last, step, depth, leaveSingle);
+  for (int y = std::max(rowLow_, 1); y <= std::min(rowHigh_, kRows - 2); ++y) decayRow(plan, y);
+  decayMaxima(plan);
 }
 
 }  // namespace zorvik

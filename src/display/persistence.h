@@ -43,11 +43,24 @@ class Persistence {
   // One packet's decay for a depth above 1: k = (depth - 1) / depth; with leaveSingle a count is
   // rounded (so 1 stays), else cut (1 dies). The column maxima are rounded in both cases.
   void decay(int first, int last, int step, int depth, bool leaveSingle);
+  // render and then decay, row by row while a row is at hand: the same counts and pixels as the two apart.
+  void renderAndDecay(DisplayCanvas& canvas, int first, int last, int step, const GradeStyle& style,
+                      int depth, bool leaveSingle);
 
   // The colour of a count in a column whose largest count is `max` (0xRRGGBB).
   static uint32_t colourOf(int32_t count, int32_t max, const GradeStyle& style);
 
  private:
+  struct DecayPlan {
+    int first = 0, last = 0, step = 1, depth = 1, shift = 0;
+    bool power = false, leaveSingle = false;
+  };
+  static DecayPlan decayPlan(int first, int last, int step, int depth, bool leaveSingle);
+  void decayRow(const DecayPlan& plan, int y);
+  void decayMaxima(const DecayPlan& plan);
+  void renderRows(DisplayCanvas& canvas, int first, int last, int step, const GradeStyle& style,
+                  const DecayPlan* decay);
+
   std::vector<int32_t> buf_;  // IntensBuf, index x + 481 y
   std::array<int32_t, kColumns> max_{};
   // Rows that may hold a count: the passes leave the others alone.
@@ -56,6 +69,11 @@ class Persistence {
   // threshold by threshold (index i x 481 + x), and whether the column has them.
   std::vector<int32_t> breaks_;
   std::array<uint8_t, kColumns> exact_{};
+  // Breakpoints made for the largest counts below kMemoMax (9 a count), and which of them are made.
+  static constexpr int kMemoMax = 4096;
+  std::vector<int32_t> memoBreaks_;
+  std::vector<uint8_t> memoKnown_;
+  int memoEmphasis_ = -1;
 };
 
 }  // namespace zorvik

@@ -146,22 +146,27 @@ void ScopeDisplay::PlotSamples(std::string_view segment, int n, bool allowDecima
   }
 
   TracePainter painter(canvas_, s);
+  bool decayed = false;
   canvas_.setDrawWidth(s.drawLineWidth());
   if (s.linePlot && s.memory == 0) painter.vectorPass(c);
   if (s.psetPlot || s.memory == 1) {
     if ((s.pixelColor == s.lineColor && s.linePlot) || s.risRainbow)
       canvas_.setDrawWidth(canvas_.drawWidth() + 1);
-    if (!grading)
+    if (!grading) {
       painter.pointPass(c);
-    else if (doPlot)
-      persistence_.render(canvas_, c.xFirst, c.xLast, c.xStep, gradeStyle(s.pixelColor));
+    } else if (doPlot) {
+      // The decay follows the render row by row; the rainbow pass below reads no counts.
+      persistence_.renderAndDecay(canvas_, c.xFirst, c.xLast, c.xStep, gradeStyle(s.pixelColor), depth,
+                                  s.leaveSingle);
+      decayed = true;
+    }
   }
   const int32_t ts = host_.TS();
   if (s.risRainbow && ts > 0 && ts < 512) {
     canvas_.setDrawWidth(canvas_.drawWidth() - 1);
     painter.rainbowPass(c, ts);
   }
-  if (grading && depth > 1) persistence_.decay(c.xFirst, c.xLast, c.xStep, depth, s.leaveSingle);
+  if (grading && depth > 1 && !decayed) persistence_.decay(c.xFirst, c.xLast, c.xStep, depth, s.leaveSingle);
   painted();
 }
 
@@ -199,8 +204,10 @@ void ScopeDisplay::PlotPeaks(std::string_view segment, int n, bool halfRatePairs
   if (!grading)
     TracePainter(canvas_, s).peakPass(c);
   else if (doPlot)
-    persistence_.render(canvas_, c.xFirst, c.xLast, c.xStep, gradeStyle(s.peakColor));
-  if (grading && depth > 1) persistence_.decay(c.xFirst, c.xLast, c.xStep, depth, s.leaveSingle);
+    persistence_.renderAndDecay(canvas_, c.xFirst, c.xLast, c.xStep, gradeStyle(s.peakColor), depth,
+                                s.leaveSingle);
+  else if (depth > 1)
+    persistence_.decay(c.xFirst, c.xLast, c.xStep, depth, s.leaveSingle);
   painted();
 }
 

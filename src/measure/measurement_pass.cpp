@@ -3,9 +3,7 @@
 namespace zorvik {
 
 bool MeasurementPass::isOpen(std::initializer_list<Meter> meters) const {
-  for (Meter m : meters)
-    if (open.count(m)) return true;
-  return false;
+  return open.any(meters);
 }
 
 void MeasurementPass::measure(const SegmentData& segment) {
@@ -21,9 +19,14 @@ void MeasurementPass::run(const SegmentData& segment, int n, const MeasureInputs
   const bool edges = isOpen({M::RTS, M::FTS, M::POV, M::NOV});
   const std::string_view s = segment.bytes;
   const bool hiRes = segment.isHiRes;
-  if (isOpen({M::DCV, M::ACV, M::ADV, M::VDB}) || in.autoLevel)
+  const bool dc = isOpen({M::DCV, M::ACV, M::ADV, M::VDB}) || in.autoLevel;
+  const bool peaks =
+      isOpen({M::PPV, M::PHV, M::PLV, M::POV, M::NOV}) || in.autoLevel || (timing && in.byLevel == 1);
+  if (dc && peaks)
+    calc_.CalcDCAndPeaks(s, hiRes, in.FullScaleVolts, in.ZeroVolts);
+  else if (dc)
     calc_.CalcDC(s, hiRes, in.FullScaleVolts, in.ZeroVolts);
-  if (isOpen({M::PPV, M::PHV, M::PLV, M::POV, M::NOV}) || in.autoLevel || (timing && in.byLevel == 1))
+  else if (peaks)
     calc_.CalcPeaks(s, hiRes, in.FullScaleVolts, in.ZeroVolts);
   if (isOpen({M::ACV, M::ADV, M::VDB})) calc_.CalcAC(s, hiRes, in.FullScaleVolts);
   if (isOpen({M::TRV, M::BRV, M::RRV, M::ACR}) || edges || (timing && in.byLevel == 2)) {

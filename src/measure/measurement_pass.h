@@ -1,5 +1,7 @@
 #pragma once
+#include <cstdint>
 #include <functional>
+#include <initializer_list>
 #include <set>
 
 #include "measure/sig_calc.h"
@@ -31,6 +33,34 @@ enum class Meter {
   FTS = 32,
   POV = 33,
   NOV = 34
+};
+
+// The meters whose windows are open: one bit a meter, so that the pass asks without a lookup.
+class MeterSet {
+ public:
+  MeterSet() = default;
+  MeterSet(std::initializer_list<Meter> meters) {
+    for (Meter m : meters) insert(m);
+  }
+  MeterSet(const std::set<Meter>& meters) {  // NOLINT: a set of meters stands for this one
+    for (Meter m : meters) insert(m);
+  }
+  void insert(Meter m) { bits_ |= bit(m); }
+  void erase(Meter m) { bits_ &= ~bit(m); }
+  void clear() { bits_ = 0; }
+  size_t count(Meter m) const { return (bits_ & bit(m)) ? 1 : 0; }
+  bool contains(Meter m) const { return (bits_ & bit(m)) != 0; }
+  bool empty() const { return bits_ == 0; }
+  // True when any of the meters is open.
+  bool any(std::initializer_list<Meter> meters) const {
+    uint64_t want = 0;
+    for (Meter m : meters) want |= bit(m);
+    return (bits_ & want) != 0;
+  }
+
+ private:
+  static uint64_t bit(Meter m) { return uint64_t{1} << static_cast<unsigned>(m); }
+  uint64_t bits_ = 0;
 };
 
 // What the pass reads beside the segment: the record's scale, the trigger panel's auto level and level,
@@ -68,7 +98,7 @@ class MeasurementPass : public ChainedStages {
 
   MeasureOptions options;
   // Meters whose windows are open.
-  std::set<Meter> open;
+  MeterSet open;
   // The auto level moves the trigger level to the record's mean code.
   std::function<void(int level)> onAutoLevel = [](int) {};
   // The pass is done: the open meters take their readings.

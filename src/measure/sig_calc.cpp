@@ -4,20 +4,21 @@
 #include <cmath>
 #include <cstdint>
 
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
 namespace zorvik {
 
 namespace {
 
 // The samples of a record as codes: one a character, or two characters a sample high byte first (an odd
 // last character is no sample).
-template <typename F>
-void forEachCode(std::string_view s, bool hiRes, F&& f) {
-  if (!hiRes) {
-    for (char c : s) f(static_cast<int32_t>(static_cast<uint8_t>(c)));
-    return;
-  }
-  for (size_t i = 0; i + 1 < s.size(); i += 2)
-    f(static_cast<int32_t>(static_cast<uint8_t>(s[i])) * 256 + static_cast<uint8_t>(s[i + 1]));
+inline int32_t code16(const uint8_t* p, size_t i) {
+  return static_cast<int32_t>(p[2 * i]) * 256 + p[2 * i + 1];
+}
+inline const uint8_t* bytesOf(std::string_view s) {
+  return reinterpret_cast<const uint8_t*>(s.data());
 }
 
 float volts8(float fullScale, int32_t code, float zero) {
@@ -34,6 +35,192 @@ float addFixedPoint(float sum, int64_t square) {
   return static_cast<float>(static_cast<double>(fixed) / 10000.0);
 }
 
+// The sum of squared distances from the mean, step by step as addFixedPoint rounds it, without its
+// divisions. The codes and the mean are whole numbers, so every square is; and while the sum is a whole
+// number below 2^38, sum x 10000 is exact in a double, so are the new fixed point and its quotient by
+// 10000, and addFixedPoint returns sum + square rounded once to a float: again a whole number. From 0
+// the sum thus stays a whole number S, each step S <- float(S + square). Up to 2^24 no step rounds.
+// Above, with floats 2^k apart, a step adds square / 2^k rounded to the nearest; only a square exactly
+// halfway (a tie, to the even neighbour) depends on the sum, so a block without ties that stays below
+// the next power of two is one sum of whole numbers.
+constexpr int64_t kNoRounding = int64_t{1} << 24;
+constexpr int64_t kExactBelow = int64_t{1} << 38;
+// From 2^38 on the fixed point outgrows a double's 53 bits, but its rounding moves the quotient by less
+// than 0.2 while the floats are 2^15 apart: only a tie can come out differently, and ties go the long way.
+// Below 2^49 the fixed point stays inside 64 bits.
+constexpr int64_t kWholeBelow = int64_t{1} << 49;
+constexpr size_t kBlock = 16;
+
+int64_t roundedStep(int64_t sum, int64_t square) {
+  if (sum >= kExactBelow) return static_cast<int64_t>(addFixedPoint(static_cast<float>(sum), square));
+  return static_cast<int64_t>(static_cast<float>(static_cast<double>(sum) + static_cast<double>(square)));
+}
+
+// The squares first, side by side (a square of 16-bit codes fits 32 bits unsigned), then the sum.
+template <typename Code>
+void squaresOf(size_t count, int32_t mean, Code&& code, uint32_t* out) {
+  for (size_t i = 0; i < count; ++i) {
+    const uint32_t d = static_cast<uint32_t>(code(i) - mean);
+    out[i] = d * d;  // (-d) x (-d) modulo 2^32 is d x d
+  }
+}
+
+float sumOfSquares(const uint32_t* squares, size_t count) {
+  int64_t sum = 0;
+  size_t i = 0;
+  // Long stretches below 2^24 in one sum of whole numbers each.
+  constexpr size_t kStretch = 256;
+  while (i + kStretch <= count) {
+    uint64_t total = 0;
+    for (size_t j = 0; j < kStretch; ++j) total += squares[i + j];
+    if (sum + static_cast<int64_t>(total) > kNoRounding) break;
+    sum += static_cast<int64_t>(total);
+    i += kStretch;
+  }
+  for (; i < count && sum < kWholeBelow; i += kBlock) {
+    const size_t len = std::min(kBlock, count - i);
+    const uint32_t* sq = squares + i;
+    int64_t total = 0, largest = 0;
+    for (size_t j = 0; j < len; ++j) {
+      total += sq[j];
+      largest = std::max<int64_t>(largest, sq[j]);
+    }
+    if (sum + total <= kNoRounding) {
+      sum += total;
+      continue;
+    }
+    if (sum >= kNoRounding) {
+      const int k = 63 - __builtin_clzll(static_cast<uint64_t>(sum)) - 23;  // floats 2^k apart here
+      const int64_t unit = int64_t{1} << k, half = unit / 2;
+      int64_t steps = 0;
+      bool tie = false;
+      for (size_t j = 0; j < len; ++j) {
+        const int64_t rest = sq[j] & (unit - 1);
+        steps += (int64_t{sq[j]} >> k) + (rest > half);
+        tie |= rest == half;
+      }
+      if (!tie && (sum >> k) + steps + 1 <= kNoRounding) {
+        sum += steps << k;
+        continue;
+      }
+    }
+    if (largest < kNoRounding && sum + total < kExactBelow) {
+      // Squares that are floats as they stand: each step is one float addition, rounded as above.
+      float f = static_cast<float>(sum);
+      for (size_t j = 0; j < len; ++j) f += static_cast<float>(sq[j]);
+      sum = static_cast<int64_t>(f);
+      continue;
+    }
+    for (size_t j = 0; j < len; ++j) sum = roundedStep(sum, sq[j]);
+  }
+  // Beyond 2^49 (a record longer than any packet) the steps as they are written.
+  float rest = static_cast<float>(sum);
+  for (; i < count; ++i) rest = addFixedPoint(rest, squares[i]);
+  return rest;
+}
+
+// Codes of 8 bits: their sum, lowest, highest, and whether one touches a rail (0 or 255).
+struct ByteScan {
+  int64_t sum = 0;
+  int32_t lo = 255, hi = 0;
+  bool clipped = false;
+};
+ByteScan scanBytes(const uint8_t* p, size_t n) {
+  ByteScan r;
+  size_t i = 0;
+  uint8_t lo = 255, hi = 0;
+  bool clipped = false;
+#if defined(__SSE2__)
+  // Sixteen codes at a time: sums of absolute differences from 0 give the sums.
+  __m128i sum = _mm_setzero_si128(), vlo = _mm_set1_epi8(-1), vhi = _mm_setzero_si128();
+  __m128i rail = _mm_setzero_si128();
+  const __m128i zero = _mm_setzero_si128(), top = _mm_set1_epi8(-1);
+  for (; i + 16 <= n; i += 16) {
+    const __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p + i));
+    sum = _mm_add_epi64(sum, _mm_sad_epu8(v, zero));
+    vlo = _mm_min_epu8(vlo, v);
+    vhi = _mm_max_epu8(vhi, v);
+    rail = _mm_or_si128(rail, _mm_or_si128(_mm_cmpeq_epi8(v, zero), _mm_cmpeq_epi8(v, top)));
+  }
+  alignas(16) uint8_t los[16], his[16];
+  alignas(16) int64_t sums[2];
+  _mm_store_si128(reinterpret_cast<__m128i*>(los), vlo);
+  _mm_store_si128(reinterpret_cast<__m128i*>(his), vhi);
+  _mm_store_si128(reinterpret_cast<__m128i*>(sums), sum);
+  r.sum = sums[0] + sums[1];
+  for (int k = 0; k < 16; ++k) {
+    lo = std::min(lo, los[k]);
+    hi = std::max(hi, his[k]);
+  }
+  clipped = _mm_movemask_epi8(rail) != 0;
+#endif
+  for (; i < n; ++i) {
+    const uint8_t c = p[i];
+    r.sum += c;
+    lo = std::min(lo, c);
+    hi = std::max(hi, c);
+    clipped |= c == 0 || c == 255;
+  }
+  r.lo = lo;
+  r.hi = hi;
+  r.clipped = clipped;
+  return r;
+}
+
+ByteScan scanWords(const uint8_t* p, size_t words) {
+  ByteScan r;
+  int32_t lo = 65536, hi = 0;
+  bool clipped = false;
+  size_t i = 0;
+#if defined(__SSE2__)
+  // Eight codes at a time, turned to little-endian and offset by 32768 to compare as signed.
+  const __m128i flip = _mm_set1_epi16(static_cast<int16_t>(0x8000)), ones = _mm_set1_epi16(1);
+  const __m128i zero = _mm_setzero_si128(), top = _mm_set1_epi16(-1);
+  __m128i vlo = _mm_set1_epi16(0x7FFF), vhi = _mm_set1_epi16(static_cast<int16_t>(0x8000));
+  __m128i rail = _mm_setzero_si128();
+  int64_t total = 0;
+  while (i + 8 <= words) {
+    // Pairs of signed codes summed into 32-bit lanes: 8192 rounds stay far inside 32 bits.
+    __m128i part = _mm_setzero_si128();
+    const size_t end = std::min(words, i + 8 * 8192);
+    for (; i + 8 <= end; i += 8) {
+      const __m128i raw = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p + 2 * i));
+      const __m128i v = _mm_or_si128(_mm_slli_epi16(raw, 8), _mm_srli_epi16(raw, 8));
+      rail = _mm_or_si128(rail, _mm_or_si128(_mm_cmpeq_epi16(v, zero), _mm_cmpeq_epi16(v, top)));
+      const __m128i sv = _mm_xor_si128(v, flip);
+      vlo = _mm_min_epi16(vlo, sv);
+      vhi = _mm_max_epi16(vhi, sv);
+      part = _mm_add_epi32(part, _mm_madd_epi16(sv, ones));
+    }
+    alignas(16) int32_t parts[4];
+    _mm_store_si128(reinterpret_cast<__m128i*>(parts), part);
+    total += static_cast<int64_t>(parts[0]) + parts[1] + parts[2] + parts[3];
+  }
+  r.sum = total + static_cast<int64_t>(i) * 32768;
+  alignas(16) int16_t los[8], his[8];
+  _mm_store_si128(reinterpret_cast<__m128i*>(los), vlo);
+  _mm_store_si128(reinterpret_cast<__m128i*>(his), vhi);
+  if (i > 0) {
+    for (int k = 0; k < 8; ++k) {
+      lo = std::min(lo, los[k] + 32768);
+      hi = std::max(hi, his[k] + 32768);
+    }
+  }
+  clipped = _mm_movemask_epi8(rail) != 0;
+#endif
+  for (; i < words; ++i) {
+    const int32_t c = code16(p, i);
+    r.sum += c;
+    lo = std::min(lo, c);
+    hi = std::max(hi, c);
+    clipped |= c == 0 || c == 65535;
+  }
+  r.lo = lo;
+  r.hi = hi;
+  r.clipped = clipped;
+  return r;
+}
+
 }  // namespace
 
 void SigCalc::CalcDC(std::string_view samples, bool IsHiRes, float FullScaleVolts, float ZeroVolts) {
@@ -41,25 +228,24 @@ void SigCalc::CalcDC(std::string_view samples, bool IsHiRes, float FullScaleVolt
     DCValid = false;
     return;
   }
-  const int32_t top = IsHiRes ? 65535 : 255;
-  int64_t sum = 0;  // wide: a long hi-res record would pass 32 bits
-  bool clipped = false;
-  forEachCode(samples, IsHiRes, [&](int32_t code) {
-    if (clipped) return;
-    if (code == 0 || code == top) clipped = true;
-    sum += code;
-  });
+  const ByteScan scan =
+      IsHiRes ? scanWords(bytesOf(samples), samples.size() / 2) : scanBytes(bytesOf(samples), samples.size());
+  takeDC(scan.sum, scan.clipped, samples.size(), IsHiRes, FullScaleVolts, ZeroVolts);
+}
+
+void SigCalc::takeDC(int64_t sum, bool clipped, size_t chars, bool IsHiRes, float FullScaleVolts,
+                     float ZeroVolts) {
   if (clipped) {
     DCValid = false;
     return;
   }
-  const int64_t chars = static_cast<int64_t>(samples.size());
+  const int64_t n = static_cast<int64_t>(chars);
   if (!IsHiRes) {
-    MeanCode8 = static_cast<int32_t>(sum / chars);
+    MeanCode8 = static_cast<int32_t>(sum / n);
     DCVolts = volts8(FullScaleVolts, MeanCode8, ZeroVolts);
     MeanCode16 = MeanCode8 * 256;
   } else {
-    MeanCode16 = static_cast<int32_t>(2 * sum / chars);
+    MeanCode16 = static_cast<int32_t>(2 * sum / n);
     DCVolts = volts16(FullScaleVolts, MeanCode16, ZeroVolts);
     MeanCode8 = MeanCode16 / 256;
   }
@@ -71,11 +257,23 @@ void SigCalc::CalcPeaks(std::string_view samples, bool IsHiRes, float FullScaleV
     PeakHighValid = PeakLowValid = false;
     return;
   }
-  int32_t lo = IsHiRes ? 65536 : 255, hi = 0;
-  forEachCode(samples, IsHiRes, [&](int32_t code) {
-    if (code < lo) lo = code;
-    if (code > hi) hi = code;
-  });
+  const ByteScan scan =
+      IsHiRes ? scanWords(bytesOf(samples), samples.size() / 2) : scanBytes(bytesOf(samples), samples.size());
+  takePeaks(scan.lo, scan.hi, IsHiRes, FullScaleVolts, ZeroVolts);
+}
+
+void SigCalc::CalcDCAndPeaks(std::string_view samples, bool IsHiRes, float FullScaleVolts, float ZeroVolts) {
+  if (samples.empty()) {
+    DCValid = PeakHighValid = PeakLowValid = false;
+    return;
+  }
+  const ByteScan scan =
+      IsHiRes ? scanWords(bytesOf(samples), samples.size() / 2) : scanBytes(bytesOf(samples), samples.size());
+  takeDC(scan.sum, scan.clipped, samples.size(), IsHiRes, FullScaleVolts, ZeroVolts);
+  takePeaks(scan.lo, scan.hi, IsHiRes, FullScaleVolts, ZeroVolts);
+}
+
+void SigCalc::takePeaks(int32_t lo, int32_t hi, bool IsHiRes, float FullScaleVolts, float ZeroVolts) {
   if (!IsHiRes) {
     MinCode8 = lo;
     MaxCode8 = hi;
@@ -101,11 +299,17 @@ void SigCalc::CalcAC(std::string_view samples, bool IsHiRes, float FullScaleVolt
     return;
   }
   const int32_t mean = IsHiRes ? MeanCode16 : MeanCode8;
-  float sum = 0;  // the rounding of a 32-bit sum is part of the measurement
-  forEachCode(samples, IsHiRes, [&](int32_t code) {
-    const int64_t d = code - mean;
-    sum = addFixedPoint(sum, d * d);
-  });
+  // The rounding of a 32-bit sum is part of the measurement.
+  const uint8_t* p = bytesOf(samples);
+  const size_t count = IsHiRes ? samples.size() / 2 : samples.size();
+  squares_.resize(count);
+  if (IsHiRes)
+    squaresOf(
+        count, mean, [p](size_t i) { return code16(p, i); }, squares_.data());
+  else
+    squaresOf(
+        count, mean, [p](size_t i) { return int32_t{p[i]}; }, squares_.data());
+  const float sum = sumOfSquares(squares_.data(), count);
   const float chars = static_cast<float>(samples.size());
   if (!IsHiRes)
     ACVolts = std::sqrt(sum / chars) * FullScaleVolts / 256;
@@ -117,24 +321,117 @@ void SigCalc::CalcAC(std::string_view samples, bool IsHiRes, float FullScaleVolt
 }
 
 void SigCalc::BuildLevelHistogram(std::string_view samples, bool IsHiRes, bool IsPeak) {
-  LevelHistogram8.fill(0);
-  LevelHistogram12.fill(0);
+  // Only the bins the last record filled are cleared: the others are still 0.
+  clearOccupied(LevelHistogram8.data(), occupied8_);
+  clearOccupied(LevelHistogram12.data(), occupied12_);
+  counted_ = 0;
   if (samples.size() < 20) return;
-  auto byte = [&](size_t i) { return static_cast<int>(static_cast<uint8_t>(samples[i])); };
-  if (IsPeak) {
-    // A peak pair counts at its middle.
-    for (size_t i = 0; i + 1 < samples.size(); i += 2)
-      ++LevelHistogram8[static_cast<size_t>((byte(i) + byte(i + 1)) / 2 + kGuard)];
-  } else if (IsHiRes) {
-    for (size_t i = 0; i + 1 < samples.size(); i += 2)
-      ++LevelHistogram12[static_cast<size_t>(byte(i) * 16 + byte(i + 1) / 16 + kGuard)];
+  counted_ = samples.size();
+  const uint8_t* p = bytesOf(samples);
+  const size_t n = samples.size();
+  if (IsPeak || !IsHiRes) {
+    // Four interleaved counters, so that a run of equal codes does not wait on its own last count.
+    std::array<std::array<int32_t, 256>, 4> part{};
+    size_t i = 0;
+    if (IsPeak) {
+      // A peak pair counts at its middle.
+      const size_t pairs = n / 2;
+      for (; i + 4 <= pairs; i += 4)
+        for (size_t k = 0; k < 4; ++k) ++part[k][(p[2 * (i + k)] + p[2 * (i + k) + 1]) / 2];
+      for (; i < pairs; ++i) ++part[0][(p[2 * i] + p[2 * i + 1]) / 2];
+    } else {
+      for (; i + 4 <= n; i += 4)
+        for (size_t k = 0; k < 4; ++k) ++part[k][p[i + k]];
+      for (; i < n; ++i) ++part[0][p[i]];
+    }
+    int lo = 256, hi = -1;
+    for (int c = 0; c < 256; ++c) {
+      const size_t k = static_cast<size_t>(c);
+      const int32_t count = part[0][k] + part[1][k] + part[2][k] + part[3][k];
+      LevelHistogram8[k + kGuard] = count;
+      if (count) {
+        lo = std::min(lo, c);
+        hi = c;
+      }
+    }
+    occupied8_ = {lo, hi};
   } else {
-    for (size_t i = 0; i < samples.size(); ++i) ++LevelHistogram8[static_cast<size_t>(byte(i) + kGuard)];
+    int32_t* h = LevelHistogram12.data() + kGuard;
+    for (size_t i = 0; i + 1 < n; i += 2) ++h[p[i] * 16 + p[i + 1] / 16];
+    int lo = 0, hi = 4095;
+    while (lo < 4096 && h[lo] == 0) ++lo;
+    while (hi >= lo && h[hi] == 0) --hi;
+    occupied12_ = {lo, hi};
   }
 }
 
+void SigCalc::clearOccupied(int32_t* histogram, Occupied& occupied) {
+  if (occupied.hi >= occupied.lo)
+    std::fill(histogram + occupied.lo + kGuard, histogram + occupied.hi + kGuard + 1, 0);
+  occupied = {};
+}
+
 void SigCalc::FindRails(bool IsHiRes, int n) {
-  // Triangular windows around each candidate bin; the guard bins make the edges readable.
+  // Triangular windows around each candidate bin; the guard bins make the edges readable. With the
+  // running sums P of the counts, a window of radius t is P[b + t + 1] - P[b - t], and the weights are
+  // sums of such windows: 6, 5, ... 1 are the windows of radius 0 to 5; 12, 5, 5, 4, 4, ... 1, 1 are 7
+  // counts of the bin itself and the windows of radius 2, 4, 6, 8 and 10. The scores are whole numbers,
+  // as before.
+  const int32_t* h = IsHiRes ? LevelHistogram12.data() + kGuard : LevelHistogram8.data() + kGuard;
+  const int reach = IsHiRes ? 10 : 5;
+  const int first = IsHiRes ? 10 : 6, last = IsHiRes ? 4085 : 249;
+  const int distance = IsHiRes ? 64 : 8;
+  // A bin with no count within reach scores 0, and a score of 0 never wins.
+  const Occupied& occ = IsHiRes ? occupied12_ : occupied8_;
+  if (counted_ > kMaxCounted32) {
+    findRailsWide(IsHiRes, n);
+    return;
+  }
+  const int from = std::max(first, occ.lo - reach), to = std::min(last, occ.hi + reach);
+  if (from <= to) {
+    // Running sums from bin from - reach on: sums_[k] holds the counts of bins from - reach to
+    // from - reach + k - 1. The counts of a record fit 32 bits many times over (12 x every count).
+    const int base = from - reach;
+    const int span = to - from + 1 + 2 * reach;
+    sums_[0] = 0;
+    for (int k = 0; k < span; ++k)
+      sums_[static_cast<size_t>(k + 1)] = sums_[static_cast<size_t>(k)] + h[base + k];
+    const int32_t* P = sums_.data() - base;  // P[b] = counts of bins base to b - 1
+    int32_t* out = scores_.data();
+    if (IsHiRes) {
+      for (int b = from; b <= to; ++b)
+        out[b] = 7 * h[b] + (P[b + 3] - P[b - 2]) + (P[b + 5] - P[b - 4]) + (P[b + 7] - P[b - 6]) +
+                 (P[b + 9] - P[b - 8]) + (P[b + 11] - P[b - 10]);
+    } else {
+      for (int b = from; b <= to; ++b)
+        out[b] = (P[b + 1] - P[b]) + (P[b + 2] - P[b - 1]) + (P[b + 3] - P[b - 2]) + (P[b + 4] - P[b - 3]) +
+                 (P[b + 5] - P[b - 4]) + (P[b + 6] - P[b - 5]);
+    }
+  }
+  // The first bin of the highest score, where it beats top: as a strict comparison bin by bin finds it.
+  auto best = [&](int lo, int hi, int& bin, int64_t& top) {
+    lo = std::max(lo, from);
+    hi = std::min(hi, to);
+    if (lo > hi) return;
+    int32_t highest = scores_[static_cast<size_t>(lo)];
+    for (int b = lo + 1; b <= hi; ++b) highest = std::max(highest, scores_[static_cast<size_t>(b)]);
+    if (highest <= top) return;
+    int b = lo;
+    while (scores_[static_cast<size_t>(b)] != highest) ++b;
+    top = highest;
+    bin = b;
+  };
+  int rail1 = 0, rail2 = 0;
+  int64_t score1 = 0, score2 = 0;
+  best(first, last, rail1, score1);
+  best(first, rail1 - distance, rail2, score2);
+  best(rail1 + distance, last, rail2, score2);
+
+  takeRails(rail1, rail2, score1, score2, IsHiRes, n);
+}
+
+// The scores bin by bin in 64 bits, for a histogram of more counts than the running sums can hold.
+void SigCalc::findRailsWide(bool IsHiRes, int n) {
   static constexpr int kWeights8[6] = {6, 5, 4, 3, 2, 1};
   static constexpr int kWeights12[11] = {12, 5, 5, 4, 4, 3, 3, 2, 2, 1, 1};
   const int32_t* h = IsHiRes ? LevelHistogram12.data() + kGuard : LevelHistogram8.data() + kGuard;
@@ -144,10 +441,10 @@ void SigCalc::FindRails(bool IsHiRes, int n) {
   const int distance = IsHiRes ? 64 : 8;
   auto score = [&](int bin) {
     int64_t s = static_cast<int64_t>(weights[0]) * h[bin];
-    for (int d = 1; d <= reach; ++d) s += static_cast<int64_t>(weights[d]) * (h[bin - d] + h[bin + d]);
+    for (int d = 1; d <= reach; ++d)
+      s += static_cast<int64_t>(weights[d]) * (static_cast<int64_t>(h[bin - d]) + h[bin + d]);
     return s;
   };
-  // The strict comparison keeps the lowest of equal bins.
   auto best = [&](int from, int to, int& bin, int64_t& top) {
     for (int b = std::max(from, first); b <= std::min(to, last); ++b) {
       const int64_t s = score(b);
@@ -162,7 +459,10 @@ void SigCalc::FindRails(bool IsHiRes, int n) {
   best(first, last, rail1, score1);
   best(first, rail1 - distance, rail2, score2);
   best(rail1 + distance, last, rail2, score2);
+  takeRails(rail1, rail2, score1, score2, IsHiRes, n);
+}
 
+void SigCalc::takeRails(int rail1, int rail2, int64_t score1, int64_t score2, bool IsHiRes, int n) {
   const bool firstIsBase = rail1 <= rail2;
   const int base = firstIsBase ? rail1 : rail2, top = firstIsBase ? rail2 : rail1;
   const int64_t baseScore = firstIsBase ? score1 : score2, topScore = firstIsBase ? score2 : score1;

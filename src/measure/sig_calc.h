@@ -2,6 +2,7 @@
 #include <array>
 #include <cstdint>
 #include <string_view>
+#include <vector>
 
 namespace zorvik {
 
@@ -18,6 +19,8 @@ class SigCalc {
 
   void CalcDC(std::string_view samples, bool IsHiRes, float FullScaleVolts, float ZeroVolts);
   void CalcPeaks(std::string_view samples, bool IsHiRes, float FullScaleVolts, float ZeroVolts);
+  // CalcDC and CalcPeaks in one pass over the record.
+  void CalcDCAndPeaks(std::string_view samples, bool IsHiRes, float FullScaleVolts, float ZeroVolts);
   // Needs CalcDC's means and DCVolts.
   void CalcAC(std::string_view samples, bool IsHiRes, float FullScaleVolts);
   void BuildLevelHistogram(std::string_view samples, bool IsHiRes, bool IsPeak);
@@ -49,9 +52,27 @@ class SigCalc {
   bool TopFound = false, BaseFound = false;
 
  private:
+  void takeDC(int64_t sum, bool clipped, size_t chars, bool IsHiRes, float FullScaleVolts, float ZeroVolts);
+  void takePeaks(int32_t lo, int32_t hi, bool IsHiRes, float FullScaleVolts, float ZeroVolts);
+  // The lowest and highest bin a histogram counts in (none: hi below lo); the others hold 0.
+  struct Occupied {
+    int lo = 0, hi = -1;
+  };
+  static void clearOccupied(int32_t* histogram, Occupied& occupied);
+  void findRailsWide(bool IsHiRes, int n);
+  void takeRails(int rail1, int rail2, int64_t score1, int64_t score2, bool IsHiRes, int n);
+  // Twelve times the counts of a histogram fit the 32 bits of the running sums below this.
+  static constexpr size_t kMaxCounted32 = 100000000;
+
   // Counters wider than the 16 bits of old: a long record in one band counts on instead of overflowing.
   std::array<int32_t, kBins8 + 2 * kGuard> LevelHistogram8{};
   std::array<int32_t, 4127> LevelHistogram12{};  // -10 to 4116
+  Occupied occupied8_, occupied12_;
+  size_t counted_ = 0;             // an upper bound of the counts in the histograms
+  std::vector<uint32_t> squares_;  // CalcAC's squares, kept between records
+  // FindRails' running sums and the scores of the bins it weighs.
+  std::array<int32_t, 4127 + 1> sums_{};
+  std::array<int32_t, 4096> scores_{};
 };
 
 }  // namespace zorvik

@@ -2,6 +2,11 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
+
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
 
 #include "measure/sig_calc.h"
 
@@ -9,37 +14,84 @@ namespace zorvik {
 
 namespace {
 
-// The record's 1-based character i as a code.
-int32_t at(std::string_view s, size_t i) {
-  return static_cast<uint8_t>(s[i - 1]);
-}
-int32_t word(std::string_view s, size_t i) {
-  return at(s, i) * 256 + at(s, i + 1);
-}
-
 // A slot of an edge list, the list grown to hold it.
 int32_t& slot(std::vector<int32_t>& list, int32_t index) {
   if (static_cast<size_t>(index) >= list.size()) list.resize(static_cast<size_t>(index) + 1, 0);
   return list[static_cast<size_t>(index)];
 }
 
-// Walks the record as the shape tells: f(i, A, B) with the 1-based index of each step.
+}  // namespace
+
+// The walk of the record as a sequence of values V, step t reading A = V[t - 1] and B = V[t] with the
+// 1-based index i of the character it stands on:
+//   peak pairs: V the sums of the pairs, t from 2, i = 2t - 1;
+//   hi-res: V the 16-bit codes, t from 1, i = 2t - 1;
+//   bytes with pair sums: V[t] = code t + code t + 1, t from 1, i = t + 1;
+//   bytes: V the codes, t from 1, i = t.
+// Only the steps that cross a level in either direction (A < X <= B or A > X >= B) can add to a list;
+// the others are found side by side and skipped.
 template <typename F>
-void walk(std::string_view s, const RecordShape& shape, bool pairSums, F&& f) {
+void SigTiming::walkCrossing(std::string_view s, const RecordShape& shape, bool pairSums,
+                             std::initializer_list<int32_t> levels, F&& f) {
+  const uint8_t* p = reinterpret_cast<const uint8_t*>(s.data());
   const size_t n = s.size();
+  size_t count, first;
+  values_.resize(n + 1);
+  int32_t* v = values_.data();
   if (shape.IsPeak) {
-    for (size_t i = 3; i + 3 <= n; i += 2) f(i, at(s, i) + at(s, i + 1), at(s, i + 2) + at(s, i + 3));
+    count = n / 2;
+    first = 2;
+    for (size_t t = 0; t < count; ++t) v[t] = p[2 * t] + p[2 * t + 1];
   } else if (shape.IsHiRes) {
-    for (size_t i = 1; i + 3 <= n; i += 2) f(i, word(s, i), word(s, i + 2));
+    count = n / 2;
+    first = 1;
+    for (size_t t = 0; t < count; ++t) v[t] = p[2 * t] * 256 + p[2 * t + 1];
   } else if (pairSums) {
-    // Crossings compare a moving sum of two codes.
-    for (size_t i = 2; i + 1 <= n; ++i) f(i, at(s, i - 1) + at(s, i), at(s, i) + at(s, i + 1));
+    count = n > 0 ? n - 1 : 0;
+    first = 1;
+    for (size_t t = 0; t < count; ++t) v[t] = p[t] + p[t + 1];
   } else {
-    for (size_t i = 1; i + 1 <= n; ++i) f(i, at(s, i), at(s, i + 1));
+    count = n;
+    first = 1;
+    for (size_t t = 0; t < count; ++t) v[t] = p[t];
+  }
+  if (count <= first) return;
+  // One bit a step from `first` on: whether it crosses a level (or one of two; the same level twice when
+  // one is given).
+  const size_t steps = count - first;
+  flags_.assign((steps + 63) / 64, 0);
+  uint64_t* bits = flags_.data();
+  const int32_t x0 = *levels.begin(), x1 = levels.size() > 1 ? *(levels.begin() + 1) : x0;
+  auto crosses = [&](int32_t a, int32_t b) {
+    return ((a < x0) & (b >= x0)) | ((a > x0) & (b <= x0)) | ((a < x1) & (b >= x1)) | ((a > x1) & (b <= x1));
+  };
+  size_t k = 0;
+#if defined(__SSE2__)
+  const __m128i l0 = _mm_set1_epi32(x0), l1 = _mm_set1_epi32(x1);
+  auto crosses4 = [](__m128i a, __m128i b, __m128i x) {
+    // a < x <= b, or a > x >= b
+    const __m128i up = _mm_andnot_si128(_mm_cmplt_epi32(b, x), _mm_cmplt_epi32(a, x));
+    const __m128i down = _mm_andnot_si128(_mm_cmpgt_epi32(b, x), _mm_cmpgt_epi32(a, x));
+    return _mm_or_si128(up, down);
+  };
+  for (; k + 4 <= steps; k += 4) {
+    const int32_t* at = v + first + k;
+    const __m128i a = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at - 1));
+    const __m128i b = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at));
+    const int m = _mm_movemask_ps(_mm_castsi128_ps(_mm_or_si128(crosses4(a, b, l0), crosses4(a, b, l1))));
+    bits[k / 64] |= static_cast<uint64_t>(m) << (k % 64);
+  }
+#endif
+  for (; k < steps; ++k)
+    if (crosses(v[first + k - 1], v[first + k])) bits[k / 64] |= uint64_t{1} << (k % 64);
+  auto index = [&](size_t t) { return shape.IsPeak || shape.IsHiRes ? 2 * t - 1 : pairSums ? t + 1 : t; };
+  for (size_t w = 0; w < flags_.size(); ++w) {
+    for (uint64_t word = bits[w]; word != 0; word &= word - 1) {
+      const size_t t = first + w * 64 + static_cast<size_t>(__builtin_ctzll(word));
+      f(index(t), v[t - 1], v[t]);
+    }
   }
 }
-
-}  // namespace
 
 void SigTiming::FindCrossings(std::string_view samples, const RecordShape& shape, int levelMode,
                               int triggerByte, const SigCalc& calc) {
@@ -62,7 +114,7 @@ void SigTiming::FindCrossings(std::string_view samples, const RecordShape& shape
       break;
   }
   const int32_t L = level_;
-  walk(samples, shape, true, [&](size_t i, int32_t A, int32_t B) {
+  walkCrossing(samples, shape, true, {L}, [&](size_t i, int32_t A, int32_t B) {
     const int32_t pos = static_cast<int32_t>(shape.IsPeak    ? (shape.OneCharSample ? i : i / 2)
                                              : shape.IsHiRes ? i / 2
                                                              : i);
@@ -128,7 +180,7 @@ void SigTiming::FindEdges(std::string_view samples, const RecordShape& shape, bo
   const bool bytes = !shape.IsPeak && !shape.IsHiRes;
   // A mode 0x200 peak record never completes a fall: its falls show "No falls", as they always have.
   const bool fallsCount = bytes || !shape.OneCharSample;
-  walk(samples, shape, false, [&](size_t i, int32_t A, int32_t B) {
+  walkCrossing(samples, shape, false, {Lo, Hi}, [&](size_t i, int32_t A, int32_t B) {
     const int32_t i10 = static_cast<int32_t>(i) * 10;
     auto rising = [&](int32_t level) {
       if (bytes) return i10 + ((level - A) * 10) / (B - A);

@@ -1,5 +1,6 @@
 #pragma once
 #include <cstdint>
+#include <initializer_list>
 #include <string_view>
 #include <vector>
 
@@ -44,9 +45,16 @@ class SigTiming {
   int32_t RiseCount = 0, FallCount = 0;
 
  private:
+  template <typename F>
+  void walkCrossing(std::string_view s, const RecordShape& shape, bool pairSums,
+                    std::initializer_list<int32_t> levels, F&& f);
+
   std::vector<int32_t> RiseList, FallList;
   std::vector<int32_t> RiseStarts, RiseEnds, FallStarts, FallEnds;  // tenths of a sample; 0 is unset
   int32_t level_ = 0;
+  // The walk's values and the steps that cross a level, kept between records.
+  std::vector<int32_t> values_;
+  std::vector<uint64_t> flags_;
 };
 
 }  // namespace zorvik

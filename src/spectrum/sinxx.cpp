@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 
 namespace zorvik {
 
@@ -17,18 +18,56 @@ int windowLow(float p, int bins) {
   return low;
 }
 
-float rebuilt(const std::vector<float>& s, int bins, int low, float p) {
+double factorAt(float p, int k) {
+  const double t = (p - k) * kPi;
+  return t == 0 ? 1.0 : std::sin(t) / t;
+}
+
+float rebuilt(const std::vector<float>& s, int bins, int low, float p, SinxxFactors* factors) {
+  const int high = std::min(low + 7, bins - 1);
   double sum = 0;
-  for (int k = low; k <= std::min(low + 7, bins - 1); ++k) {
-    const double t = (p - k) * kPi;
-    sum += (t == 0 ? 1.0 : std::sin(t) / t) * s[static_cast<size_t>(k)];
+  if (factors) {
+    const SinxxFactors::Entry& e = factors->at(p, low, high);
+    for (int k = low; k <= high; ++k)
+      sum += e.factor[static_cast<size_t>(k - low)] * s[static_cast<size_t>(k)];
+  } else {
+    for (int k = low; k <= high; ++k) sum += factorAt(p, k) * s[static_cast<size_t>(k)];
   }
   return static_cast<float>(sum);
 }
 
+InterpolatedPeak maxFind(const std::vector<float>& spectrum, int bins, float from, float to,
+                         SinxxFactors* factors);
+
 }  // namespace
 
+const SinxxFactors::Entry& SinxxFactors::at(float p, int low, int high) {
+  uint32_t bits;
+  std::memcpy(&bits, &p, sizeof bits);
+  const uint32_t slot = (bits * 2654435761u ^ static_cast<uint32_t>(low) * 40503u) % entries_.size();
+  Entry& e = entries_[slot];
+  if (e.position != bits || e.low != low || e.high != high) {
+    e.position = bits;
+    e.low = low;
+    e.high = high;
+    for (int k = low; k <= high; ++k) e.factor[static_cast<size_t>(k - low)] = factorAt(p, k);
+  }
+  return e;
+}
+
 InterpolatedPeak InterpolationMaxFind(const std::vector<float>& spectrum, int bins, float from, float to) {
+  return maxFind(spectrum, bins, from, to, nullptr);
+}
+
+InterpolatedPeak InterpolationMaxFind(const std::vector<float>& spectrum, int bins, float from, float to,
+                                      SinxxFactors& factors) {
+  return maxFind(spectrum, bins, from, to, &factors);
+}
+
+namespace {
+
+InterpolatedPeak maxFind(const std::vector<float>& spectrum, int bins, float from, float to,
+                         SinxxFactors* factors) {
   InterpolatedPeak best;
   bins = std::min(bins, static_cast<int>(spectrum.size()));
   if (bins < 1) return best;
@@ -43,7 +82,7 @@ InterpolatedPeak InterpolationMaxFind(const std::vector<float>& spectrum, int bi
   };
   // The positions run in 32-bit float steps, as they always have.
   auto sweep = [&](float start, float end, int low) {
-    for (float p = start; p <= end + 1e-6f; p += kStep) consider(rebuilt(spectrum, bins, low, p), p);
+    for (float p = start; p <= end + 1e-6f; p += kStep) consider(rebuilt(spectrum, bins, low, p, factors), p);
   };
   int next;
   const float fromFloor = std::floor(from);
@@ -67,5 +106,7 @@ InterpolatedPeak InterpolationMaxFind(const std::vector<float>& spectrum, int bi
   }
   return best;
 }
+
+}  // namespace
 
 }  // namespace zorvik

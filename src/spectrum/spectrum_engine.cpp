@@ -5,7 +5,10 @@
 #include <cstdint>
 #include <cstdlib>
 
-#include "spectrum/fft.h"
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
 #include "spectrum/sinxx.h"
 
 namespace zorvik {
@@ -46,6 +49,62 @@ float windowAmplitudeFactor(int function, int m) {
   return static_cast<float>(std::sqrt(2.0) * kGain[f] / m);
 }
 
+void SpectrumEngine::frameInVolts(const SpectrumInput& in) {
+  const uint8_t* p =
+      reinterpret_cast<const uint8_t*>(in.samples.data()) + (in.IsPeak || in.IsHiRes ? 2 : 1) * FrameStart;
+  const float fs = in.FullScaleVolts, zero = in.ZeroVolts;
+  const float* w = window_.data();
+  float* out = buffer_.data();
+  const int m = FrameLength;
+  // One loop a format, each sample as before: code, volts, times the window.
+  if (in.IsPeak) {
+    for (int i = 0; i < m; ++i)
+      out[i] = (static_cast<float>((p[2 * i] + p[2 * i + 1]) / 2 - 128) * fs / 256 + zero) * w[i];
+  } else if (in.IsHiRes) {
+    for (int i = 0; i < m; ++i)
+      out[i] = (static_cast<float>(p[2 * i] * 256 + p[2 * i + 1] - 32768) * fs / 65536 + zero) * w[i];
+  } else {
+    for (int i = 0; i < m; ++i) out[i] = (static_cast<float>(p[i] - 128) * fs / 256 + zero) * w[i];
+  }
+}
+
+void SpectrumEngine::amplitudes(float K, size_t first) {
+  const float* re = re_.data();
+  const float* im = im_.data();
+  float* amp = SpecAmp.data();
+  const size_t bins = re_.size();
+  size_t j = first;
+  float highest = 0;
+#if defined(__SSE2__)
+  // Four bins at a time; the highest is kept apart from its bin. A NaN never beats it, as in the
+  // comparison bin by bin.
+  __m128 top = _mm_setzero_ps();
+  const __m128 k = _mm_set1_ps(K);
+  for (; j + 4 <= bins; j += 4) {
+    const __m128 r = _mm_loadu_ps(re + j), i = _mm_loadu_ps(im + j);
+    const __m128 a = _mm_mul_ps(k, _mm_sqrt_ps(_mm_add_ps(_mm_mul_ps(r, r), _mm_mul_ps(i, i))));
+    _mm_storeu_ps(amp + j, a);
+    top = _mm_max_ps(a, top);
+  }
+  alignas(16) float tops[4];
+  _mm_store_ps(tops, top);
+  for (float t : tops) highest = std::max(highest, t);
+#endif
+  for (; j < bins; ++j) {
+    amp[j] = K * std::sqrt(re[j] * re[j] + im[j] * im[j]);
+    highest = std::max(highest, amp[j]);
+  }
+  // The lowest of equal lines wins: the first bin that holds the highest amplitude.
+  PeakAmp = 0;
+  PeakBin = 0;
+  if (highest > 0) {
+    size_t b = first;
+    while (amp[b] != highest) ++b;
+    PeakAmp = highest;
+    PeakBin = static_cast<float>(b);
+  }
+}
+
 void SpectrumEngine::ComputeSpectrum(const SpectrumInput& in, const SpectrumSettings& s) {
   MaxFreq = (in.IsPeak && in.OneCharSample ? 0.25f : 0.5f) / in.SamplePeriod;
   const int n = static_cast<int>(in.IsHiRes || in.IsPeak ? in.samples.size() / 2 : in.samples.size());
@@ -63,7 +122,9 @@ void SpectrumEngine::ComputeSpectrum(const SpectrumInput& in, const SpectrumSett
   }
   SpecBins = n >= 2 ? BufferLength / 2 : 0;
 
-  buffer_.assign(static_cast<size_t>(n >= 2 ? BufferLength : 0), 0.0f);
+  // The frame is written whole below; only the zero padding beyond it is cleared.
+  buffer_.resize(static_cast<size_t>(n >= 2 ? BufferLength : 0));
+  if (n >= 2) std::fill(buffer_.begin() + FrameLength, buffer_.end(), 0.0f);
   if (windowFunction_ != s.WindowFunction || windowLength_ != FrameLength) {
     window_.resize(static_cast<size_t>(std::max(FrameLength, 0)));
     for (int i = 0; i < FrameLength; ++i)
@@ -71,46 +132,30 @@ void SpectrumEngine::ComputeSpectrum(const SpectrumInput& in, const SpectrumSett
     windowFunction_ = s.WindowFunction;
     windowLength_ = FrameLength;
   }
-  auto byte = [&](size_t k) { return static_cast<int>(static_cast<uint8_t>(in.samples[k])); };
-  for (int i = 0; i < FrameLength && n >= 2; ++i) {
-    const size_t smp = static_cast<size_t>(FrameStart + i);
-    float v;
-    if (in.IsPeak)
-      v = static_cast<float>((byte(2 * smp) + byte(2 * smp + 1)) / 2 - 128) * in.FullScaleVolts / 256 +
-          in.ZeroVolts;
-    else if (in.IsHiRes)
-      v = static_cast<float>(byte(2 * smp) * 256 + byte(2 * smp + 1) - 32768) * in.FullScaleVolts / 65536 +
-          in.ZeroVolts;
-    else
-      v = static_cast<float>(byte(smp) - 128) * in.FullScaleVolts / 256 + in.ZeroVolts;
-    buffer_[static_cast<size_t>(i)] = v * window_[static_cast<size_t>(i)];
-  }
+  if (n >= 2) frameInVolts(in);
   const float K = FrameLength > 0 ? windowAmplitudeFactor(s.WindowFunction, FrameLength) : 0;
-  Transform(buffer_, re_, im_);
+  fft_.transform(buffer_.data(), buffer_.size(), re_, im_);
 
   if (HeldMaxReset) {
     HeldMax = 0;
     HeldMaxReset = false;
   }
-  BinAmp.resize(re_.size());
-  for (size_t j = 0; j < re_.size(); ++j) BinAmp[j] = K * std::sqrt(re_[j] * re_[j] + im_[j] * im_[j]);
   // The lowest bins hold the DC line and its skirt: left out of the plot and the search unless asked for.
-  FirstBin = std::min(s.DCfreq ? 0 : s.Doubled ? 4 : 2, static_cast<int>(BinAmp.size()));
-  SpecAmp.assign(BinAmp.begin(), BinAmp.end());
-  std::fill(SpecAmp.begin(), SpecAmp.begin() + FirstBin, 0.0f);
-  PeakAmp = 0;
-  PeakBin = 0;
-  for (size_t j = static_cast<size_t>(FirstBin); j < SpecAmp.size(); ++j) {
-    if (SpecAmp[j] > PeakAmp) {  // the lowest of equal lines wins
-      PeakAmp = SpecAmp[j];
-      PeakBin = static_cast<float>(j);
-    }
-  }
+  const size_t first = std::min(re_.size(), size_t{s.DCfreq ? 0u : s.Doubled ? 4u : 2u});
+  FirstBin = static_cast<int>(first);
+  SpecAmp.resize(re_.size());
+  std::fill(SpecAmp.begin(), SpecAmp.begin() + static_cast<std::ptrdiff_t>(first), 0.0f);
+  amplitudes(K, first);
+  // Every bin as computed, for the refinement and the harmonics: the same arithmetic as SpecAmp's.
+  BinAmp.resize(re_.size());
+  for (size_t j = 0; j < first; ++j) BinAmp[j] = K * std::sqrt(re_[j] * re_[j] + im_[j] * im_[j]);
+  std::copy(SpecAmp.begin() + static_cast<std::ptrdiff_t>(first), SpecAmp.end(),
+            BinAmp.begin() + static_cast<std::ptrdiff_t>(first));
   Refined = false;
   if (s.refinePeak && PeakAmp > 0) {
     // The line is rebuilt from the bins as computed, but not moved into the DC line's skirt.
     const float from = std::max(PeakBin - 1, static_cast<float>(FirstBin));
-    const InterpolatedPeak p = InterpolationMaxFind(BinAmp, SpecBins, from, PeakBin + 1);
+    const InterpolatedPeak p = InterpolationMaxFind(BinAmp, SpecBins, from, PeakBin + 1, sinxx_);
     PeakBin = p.bin;
     PeakAmp = p.amplitude;
     Refined = true;

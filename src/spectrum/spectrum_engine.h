@@ -2,6 +2,9 @@
 #include <string_view>
 #include <vector>
 
+#include "spectrum/fft.h"
+#include "spectrum/sinxx.h"
+
 namespace zorvik {
 
 // What the spectrum reads of an acquisition: the segment and its scale.
@@ -48,8 +51,15 @@ class SpectrumEngine {
   int FrameLength = 0, FrameStart = 0, BufferLength = 0;
 
  private:
+  // The frame in volts, each sample times the window's multiplier, into the buffer.
+  void frameInVolts(const SpectrumInput& in);
+  // SpecAmp from the first bin on, PeakAmp and PeakBin.
+  void amplitudes(float K, size_t first);
+
   bool HeldMaxReset = false;
   std::vector<float> buffer_, re_, im_;
+  Fft fft_;
+  SinxxFactors sinxx_;
   // The window's multipliers for the last function and frame length: the same values, made once.
   std::vector<float> window_;
   int windowFunction_ = -1, windowLength_ = -1;

@@ -1,0 +1,176 @@
+// The routines of the meters against their first plain loops, on records of every format that touch the
+// paths the faster routines take: sums that pass 2^24, 2^38 and 2^49, ties in the rounding, clipped and
+// tiny records, rails and edges, and one object reading records of different widths in turn.
+#include "measure/measure_reference.h"
+
+#include <gtest/gtest.h>
+
+#include <bit>
+#include <cmath>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "measure/sig_calc.h"
+#include "measure/sig_timing.h"
+
+using namespace zorvik;
+
+namespace {
+
+enum class Format { Bytes, HiRes, PeakOneChar, PeakPairs };
+
+struct Record {
+  std::string bytes;
+  Format format;
+  std::string name;
+};
+
+// A wave of `kind` (0 sine, 1 square, 2 noise about a level) at `amplitude` of full scale with noise.
+Record makeRecord(Format format, int samples, int kind, double amplitude, double noise, std::mt19937& rng,
+                  std::string name) {
+  std::normal_distribution<double> gauss(0, 1);
+  const bool wide = format == Format::HiRes;
+  const double full = wide ? 65535 : 255, mid = wide ? 32768 : 128;
+  auto wave = [&](int i) {
+    const double phase = i * 2 * M_PI / 700.0;
+    const double shape = kind == 0 ? std::sin(phase) : kind == 1 ? (std::sin(phase) >= 0 ? 1 : -1) : 0;
+    const double v = mid + amplitude * full / 2 * shape + noise * full * gauss(rng);
+    return static_cast<int>(std::lround(std::clamp(v, 0.0, full)));
+  };
+  std::string s;
+  for (int i = 0; i < samples; ++i) {
+    const int v = wave(i);
+    if (format == Format::Bytes) {
+      s += static_cast<char>(v);
+    } else if (format == Format::HiRes) {
+      s += {static_cast<char>(v >> 8), static_cast<char>(v & 0xFF)};
+    } else {
+      const int spread = static_cast<int>(rng() % 9);
+      s += {static_cast<char>(std::max(0, v - spread)), static_cast<char>(std::min(255, v + spread))};
+    }
+  }
+  return {s, format, name};
+}
+
+std::vector<Record> records() {
+  std::mt19937 rng(1616);
+  std::vector<Record> r;
+  for (Format f : {Format::Bytes, Format::HiRes, Format::PeakOneChar, Format::PeakPairs}) {
+    const std::string tag = std::to_string(static_cast<int>(f));
+    r.push_back(makeRecord(f, 8192, 0, 0.7, 0.01, rng, "sine " + tag));
+    r.push_back(makeRecord(f, 8192, 1, 0.6, 0.004, rng, "square " + tag));
+    r.push_back(makeRecord(f, 8192, 2, 0, 0.002, rng, "quiet " + tag));  // sums stay small
+    r.push_back(makeRecord(f, 8192, 0, 1.2, 0.02, rng, "clipped " + tag));
+    r.push_back(makeRecord(f, 333, 1, 0.9, 0.05, rng, "short " + tag));
+    r.push_back(makeRecord(f, 19, 0, 0.5, 0, rng, "tiny " + tag));
+  }
+  // Full-scale square waves in hi-res: squares of 2^30, sums past 2^38 and, far on, past 2^49.
+  r.push_back(makeRecord(Format::HiRes, 20000, 1, 0.9999, 0, rng, "hi-res square"));
+  r.push_back(makeRecord(Format::HiRes, 600000, 1, 0.9999, 0.00001, rng, "long hi-res square"));
+  // Odd squares at every step: ties as soon as the sum passes 2^24.
+  std::string odd;
+  for (int i = 0; i < 30000; ++i) odd += static_cast<char>(i % 2 ? 128 + 63 : 128 - 63);
+  r.push_back({odd, Format::Bytes, "ties"});
+  return r;
+}
+
+uint32_t bits(float v) {
+  return std::bit_cast<uint32_t>(v);
+}
+
+template <typename New, typename Old>
+void expectSameCalc(const New& a, const Old& b, const std::string& where) {
+  SCOPED_TRACE(where);
+  EXPECT_EQ(bits(a.DCVolts), bits(b.DCVolts));
+  EXPECT_EQ(a.DCValid, b.DCValid);
+  EXPECT_EQ(a.MeanCode8, b.MeanCode8);
+  EXPECT_EQ(a.MeanCode16, b.MeanCode16);
+  EXPECT_EQ(bits(a.PeakHighVolts), bits(b.PeakHighVolts));
+  EXPECT_EQ(bits(a.PeakLowVolts), bits(b.PeakLowVolts));
+  EXPECT_EQ(bits(a.PeakToPeakVolts), bits(b.PeakToPeakVolts));
+  EXPECT_EQ(a.PeakHighValid, b.PeakHighValid);
+  EXPECT_EQ(a.PeakLowValid, b.PeakLowValid);
+  EXPECT_EQ(a.MinCode8, b.MinCode8);
+  EXPECT_EQ(a.MaxCode8, b.MaxCode8);
+  EXPECT_EQ(a.MinCode16, b.MinCode16);
+  EXPECT_EQ(a.MaxCode16, b.MaxCode16);
+  EXPECT_EQ(bits(a.ACVolts), bits(b.ACVolts));
+  EXPECT_EQ(bits(a.ACDCVolts), bits(b.ACDCVolts));
+  EXPECT_EQ(a.HasAC, b.HasAC);
+  EXPECT_EQ(bits(a.LevelDBV), bits(b.LevelDBV));
+  EXPECT_EQ(a.BaseCode8, b.BaseCode8);
+  EXPECT_EQ(a.TopCode8, b.TopCode8);
+  EXPECT_EQ(a.BaseCode16, b.BaseCode16);
+  EXPECT_EQ(a.TopCode16, b.TopCode16);
+  EXPECT_EQ(a.BaseScore, b.BaseScore);
+  EXPECT_EQ(a.TopScore, b.TopScore);
+  EXPECT_EQ(a.TopFound, b.TopFound);
+  EXPECT_EQ(a.BaseFound, b.BaseFound);
+  for (int bin = -10; bin < 266; ++bin) ASSERT_EQ(a.histogram8(bin), b.histogram8(bin)) << bin;
+  for (int bin = -10; bin < 4106; ++bin) ASSERT_EQ(a.histogram12(bin), b.histogram12(bin)) << bin;
+}
+
+template <typename New, typename Old>
+void expectSameTiming(const New& a, const Old& b, float period, const std::string& where) {
+  SCOPED_TRACE(where);
+  EXPECT_EQ(a.riseList(), b.riseList());
+  EXPECT_EQ(a.fallList(), b.fallList());
+  EXPECT_EQ(a.level(), b.level());
+  EXPECT_EQ(a.PeriodCount, b.PeriodCount);
+  EXPECT_EQ(bits(a.Period), bits(b.Period));
+  EXPECT_EQ(a.PulseCount, b.PulseCount);
+  EXPECT_EQ(bits(a.PulseWidth), bits(b.PulseWidth));
+  EXPECT_EQ(a.RiseCount, b.RiseCount);
+  EXPECT_EQ(a.FallCount, b.FallCount);
+  EXPECT_EQ(bits(a.RiseTime(period)), bits(b.RiseTime(period)));
+  EXPECT_EQ(bits(a.FallTime(period)), bits(b.FallTime(period)));
+}
+
+}  // namespace
+
+TEST(MeasureReference, EveryRoutineGivesTheBitsOfItsFirstLoopOnEveryFormat) {
+  // One object of each reads every record in turn, so that what a record leaves behind is read too.
+  SigCalc calc;
+  SigTiming timing;
+  reference::SigCalc oldCalc;
+  reference::SigTiming oldTiming;
+  const float fs = 1.6f, zero = 0.125f, period = 1e-7f;
+  for (const Record& r : records()) {
+    const bool hiRes = r.format == Format::HiRes;
+    const bool peak = r.format == Format::PeakOneChar || r.format == Format::PeakPairs;
+    const int n = static_cast<int>(hiRes || peak ? r.bytes.size() / 2 : r.bytes.size());
+    calc.CalcDCAndPeaks(r.bytes, hiRes, fs, zero);
+    oldCalc.CalcDC(r.bytes, hiRes, fs, zero);
+    oldCalc.CalcPeaks(r.bytes, hiRes, fs, zero);
+    calc.CalcAC(r.bytes, hiRes, fs);
+    oldCalc.CalcAC(r.bytes, hiRes, fs);
+    calc.BuildLevelHistogram(r.bytes, hiRes, peak);
+    oldCalc.BuildLevelHistogram(r.bytes, hiRes, peak);
+    calc.FindRails(hiRes, n);
+    oldCalc.FindRails(hiRes, n);
+    expectSameCalc(calc, oldCalc, r.name);
+    // The separate routines as well.
+    calc.CalcDC(r.bytes, hiRes, fs, -zero);
+    calc.CalcPeaks(r.bytes, hiRes, fs, -zero);
+    oldCalc.CalcDC(r.bytes, hiRes, fs, -zero);
+    oldCalc.CalcPeaks(r.bytes, hiRes, fs, -zero);
+    expectSameCalc(calc, oldCalc, r.name + ", routines apart");
+
+    const RecordShape shape{hiRes, peak, r.format == Format::PeakOneChar};
+    const reference::RecordShape oldShape{hiRes, peak, r.format == Format::PeakOneChar};
+    for (int levelMode = 0; levelMode < 4; ++levelMode) {
+      for (bool negative : {false, true}) {
+        timing.FindCrossings(r.bytes, shape, levelMode, 120, calc);
+        oldTiming.FindCrossings(r.bytes, oldShape, levelMode, 120, oldCalc);
+        timing.CalcPeriod(negative, period);
+        oldTiming.CalcPeriod(negative, period);
+        timing.CalcPulseWidth(negative, period);
+        oldTiming.CalcPulseWidth(negative, period);
+        timing.FindEdges(r.bytes, shape, negative, calc);
+        oldTiming.FindEdges(r.bytes, oldShape, negative, oldCalc);
+        expectSameTiming(timing, oldTiming, period, r.name + " level " + std::to_string(levelMode));
+      }
+    }
+  }
+}
