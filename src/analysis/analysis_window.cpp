@@ -315,15 +315,21 @@ QImage AnalysisWindow::picture(bool withLabels) const {
 }
 
 void AnalysisWindow::replot() {
+  draw(frame());
+}
+
+void AnalysisWindow::draw(const PlotFrame& frame) {
   if (!plot_) return;
   // At the screen's whole scale, as the main display is drawn.
   const int scale = std::max(1, static_cast<int>(plot_->devicePixelRatioF()));
-  plot_->setPicture(view_.picture(frame(), texts(), true, scale));
+  plot_->setPicture(view_.picture(frame, texts(), true, scale));
   refreshControls();
+  showReadouts(frame);
 }
 
 void AnalysisWindow::acquired() {
-  if (view_.acquire(frame())) replot();
+  const PlotFrame f = frame();
+  if (view_.acquire(f)) draw(f);
   if (recorder_.recording()) {
     recorder_.recordFrame(static_cast<int>(sinceLast_.restart()));
   } else {

@@ -55,8 +55,10 @@ class AnalysisWindow : public QWidget {
   QMenu* fileMenu() { return file_; }
   // File → Save to CSV-file, first in the menu.
   void addCsvAction(std::function<void()> save);
-  // Draws the picture again (a setting changed what it shows); a window adds its read-outs.
-  virtual void replot();
+  // Draws the picture again (a setting changed what it shows).
+  void replot();
+  // The read-outs beside the plot, after each drawing of this frame.
+  virtual void showReadouts(const PlotFrame& frame) = 0;
   // A new acquisition has been computed: into the memory, drawn when due, and to the recorder.
   void acquired();
 
@@ -91,6 +93,8 @@ class AnalysisWindow : public QWidget {
   void buildPictureMenu(QMenu* menu);
   void buildAnimationMenu(QMenu* menu);
   void refreshControls();
+  // The frame is made once a drawing: it copies the window's values.
+  void draw(const PlotFrame& frame);
 
   const char* section_;
   QMenuBar* menuBar_ = nullptr;

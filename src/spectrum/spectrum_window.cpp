@@ -204,8 +204,7 @@ void Spectrum::PlotSpectrum() {
   replot();
 }
 
-void Spectrum::replot() {
-  AnalysisWindow::replot();
+void Spectrum::showReadouts(const PlotFrame&) {
   const SpectrumEngine& e = stage_.engine();
   const bool valid = stage_.HaveData() && e.ScaleValid;
   OknoSamples->setText(stage_.HaveData() ? QString::number(stage_.recordLength()) : QString());

@@ -38,7 +38,7 @@ class Spectrum : public AnalysisWindow {
   PlotFrame frame() const override;
   PlotTexts texts() const override;
   void showCursor(double x, double y) override;
-  void replot() override;
+  void showReadouts(const PlotFrame& frame) override;
 
  private:
   // The controls show the stage's settings.

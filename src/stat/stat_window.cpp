@@ -98,10 +98,9 @@ void Stat::PlotHistogram() {
   replot();
 }
 
-void Stat::replot() {
-  AnalysisWindow::replot();
+void Stat::showReadouts(const PlotFrame& frame) {
   const HistogramEngine& h = stage_.engine();
-  const bool valid = frame().valid;
+  const bool valid = frame.valid;
   const int mode = histogramModeBin(h);
   peak_->setText(valid ? QString::fromStdString(engineeringText(histogramLevel(h, mode), "V")) + "  " +
                              quantityText(h.HistCount[static_cast<size_t>(mode)])

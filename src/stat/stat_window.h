@@ -30,7 +30,7 @@ class Stat : public AnalysisWindow {
   PlotFrame frame() const override;
   PlotTexts texts() const override;
   void showCursor(double x, double y) override;
-  void replot() override;
+  void showReadouts(const PlotFrame& frame) override;
 
  private:
   QString quantityText(double count) const;
