@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 
 #include "core/whole_numbers.h"
 #include "display/sample_buffer.h"
@@ -50,7 +51,52 @@ void Interpolator::prepareLagrange(int taps) {
   lagrangeTaps_ = taps;
 }
 
-int32_t Interpolator::at(Interpolation kind, const SampleBuf& s, float p, int taps) {
+const double* Interpolator::sinxWeights(double f, int64_t offset, int n, double q, int64_t base, int column) {
+  double* w = nullptr;
+  if (column >= 0 && column < kMaxColumns && n <= kColumnTaps) {
+    // The weights of every column kept: the places of a steady view's columns are the same each packet.
+    if (columnTaps_ != n) {
+      columnTaps_ = n;
+      columnKeys_.assign(static_cast<size_t>(kMaxColumns), Key{});
+      columnWeights_.resize(static_cast<size_t>(kMaxColumns) * static_cast<size_t>(n));
+    }
+    Key& key = columnKeys_[static_cast<size_t>(column)];
+    w = columnWeights_.data() + static_cast<std::ptrdiff_t>(column) * n;
+    if (key.f == f && key.offset == offset && key.n == n) return w;
+    key = {f, offset, n};
+  } else {
+    for (Weights& k : sinx_)
+      if (k.key.f == f && k.key.offset == offset && k.key.n == n) return k.w.data();
+    Weights& kept = sinx_[sinxNext_];
+    sinxNext_ = (sinxNext_ + 1) % sinx_.size();
+    kept.key = {f, offset, n};
+    w = kept.w.data();
+  }
+  const double a = f * kPiStep, sa = std::sin(a), ca = std::cos(a);
+  const double* S = sinPi_.data() + base;
+  const double* C = cosPi_.data() + base;
+  int m = 0;
+#if defined(__SSE2__)
+  // Two weights at a time, each as the line below computes it.
+  const __m128d vca = _mm_set1_pd(ca), vsa = _mm_set1_pd(sa), vq = _mm_set1_pd(q),
+                step = _mm_set1_pd(kPiStep);
+  __m128d vm = _mm_setr_pd(0, 1);
+  for (; m + 2 <= n; m += 2) {
+    const __m128d t = _mm_mul_pd(_mm_sub_pd(vq, vm), step);
+    const __m128d num =
+        _mm_add_pd(_mm_mul_pd(_mm_loadu_pd(S + m), vca), _mm_mul_pd(_mm_loadu_pd(C + m), vsa));
+    _mm_storeu_pd(w + m, _mm_div_pd(num, t));
+    vm = _mm_add_pd(vm, _mm_set1_pd(2));
+  }
+#endif
+  for (; m < n; ++m) {
+    const double t = (q - m) * kPiStep;
+    w[m] = (S[m] * ca + C[m] * sa) / t;
+  }
+  return w;
+}
+
+int32_t Interpolator::at(Interpolation kind, const SampleBuf& s, float p, int taps, int column) {
   const int64_t i = floorToInt64Saturating(p);
   if (static_cast<double>(p) == static_cast<double>(i)) return s.at(i);
   const int64_t len = s.length();
@@ -85,40 +131,7 @@ int32_t Interpolator::at(Interpolation kind, const SampleBuf& s, float p, int ta
   const int64_t base = kTable - (i - first);
   const bool tabled = base >= 0 && base + n <= 2 * kTable + 1;
   if (kind == Interpolation::SinX && tabled) {
-    // The weight of term m depends on f, i - first and n alone.
-    Weights* kept = nullptr;
-    for (Weights& k : sinx_)
-      if (k.f == f && k.offset == i - first && k.n == n) kept = &k;
-    if (!kept) {
-      kept = &sinx_[sinxNext_];
-      sinxNext_ = (sinxNext_ + 1) % sinx_.size();
-      const double a = f * kPiStep, sa = std::sin(a), ca = std::cos(a);
-      const double* S = sinPi_.data() + base;
-      const double* C = cosPi_.data() + base;
-      double* w = kept->w.data();
-      int m = 0;
-#if defined(__SSE2__)
-      // Two weights at a time, each as the line below computes it.
-      const __m128d vca = _mm_set1_pd(ca), vsa = _mm_set1_pd(sa), vq = _mm_set1_pd(q),
-                    step = _mm_set1_pd(kPiStep);
-      __m128d vm = _mm_setr_pd(0, 1);
-      for (; m + 2 <= n; m += 2) {
-        const __m128d t = _mm_mul_pd(_mm_sub_pd(vq, vm), step);
-        const __m128d num =
-            _mm_add_pd(_mm_mul_pd(_mm_loadu_pd(S + m), vca), _mm_mul_pd(_mm_loadu_pd(C + m), vsa));
-        _mm_storeu_pd(w + m, _mm_div_pd(num, t));
-        vm = _mm_add_pd(vm, _mm_set1_pd(2));
-      }
-#endif
-      for (; m < n; ++m) {
-        const double t = (q - m) * kPiStep;
-        w[m] = (S[m] * ca + C[m] * sa) / t;
-      }
-      kept->f = f;
-      kept->offset = i - first;
-      kept->n = n;
-    }
-    const double* w = kept->w.data();
+    const double* w = sinxWeights(f, i - first, n, q, base, column);
     // The terms made two at a time, then added in the window's order.
     int m = 0;
 #if defined(__SSE2__)

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "display/display_settings.h"
+#include "display/trace_columns.h"
 
 namespace zorvik {
 
@@ -22,10 +23,13 @@ class Interpolator {
  public:
   Interpolator();
   // A sample exactly at p is taken as it is; a point outside the record reads 0, as the samples there.
-  int32_t at(Interpolation kind, const SampleBuf& s, float p, int taps);
+  // `column`, when 0 or more, is the screen column the point is for: its Sin(x)/x weights are kept for it.
+  int32_t at(Interpolation kind, const SampleBuf& s, float p, int taps, int column = -1);
 
  private:
   void prepareLagrange(int taps);
+  // The Sin(x)/x weights sin(t) / t of a point f past a sample, `offset` samples into a window of n.
+  const double* sinxWeights(double f, int64_t offset, int n, double q, int64_t base, int column);
 
   // sin and cos of (kTable - j) x step: running forward through j is running back through the multiples.
   std::vector<double> sinPi_, cosPi_, sinLz_, cosLz_;
@@ -34,15 +38,22 @@ class Interpolator {
   std::array<double, kMaxTaps> terms_{};
   // The Sin(x)/x weights sin(t) / t of the last point's place between samples: the columns of a steady
   // ratio meet the same places again and again, and a weight is the same number each time.
-  struct Weights {
+  struct Key {
     double f = -1;
     int64_t offset = -1;
     int n = 0;
+  };
+  struct Weights {
+    Key key;
     std::array<double, kMaxTaps> w{};
   };
-  // A few places: a ratio that is not a whole number of columns a sample meets several in turn.
   std::array<Weights, 4> sinx_{};
   size_t sinxNext_ = 0;
+  // Per screen column, for windows of up to kColumnTaps (the memory stays under a megabyte).
+  static constexpr int kColumnTaps = 64;
+  std::vector<Key> columnKeys_;
+  std::vector<double> columnWeights_;  // kColumnTaps or fewer a column
+  int columnTaps_ = 0;
 };
 
 }  // namespace zorvik

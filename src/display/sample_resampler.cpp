@@ -117,7 +117,7 @@ void SampleResampler::interpolate(SampleBuf& s, const ResampleRequest& r, TraceC
     case Interpolation::Lanczos:
     case Interpolation::Lagrange:
       for (int x = out.xFirst; x <= out.xLast; x += out.xStep)
-        out.Out[static_cast<size_t>(x)] = interpolator_.at(r.interp, s, pointOf(x), r.taps);
+        out.Out[static_cast<size_t>(x)] = interpolator_.at(r.interp, s, pointOf(x), r.taps, x);
       return;
     case Interpolation::None:
       // Only the columns of samples are drawn; a column between samples (Ratio not whole) takes the line.
