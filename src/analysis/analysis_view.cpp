@@ -109,6 +109,10 @@ std::string AnalysisView::markerVertText(const PlotTexts& texts) const {
                                          : std::string();
 }
 
+bool AnalysisView::takesFrames() const {
+  return style_.on(StyleKey::Memory);
+}
+
 bool AnalysisView::acquire(const PlotFrame& frame) {
   ++acquisitions_;
   if (!style_.on(StyleKey::Memory)) return true;

@@ -57,6 +57,8 @@ class AnalysisView {
   std::string markerHorText(const PlotTexts& texts) const;
   std::string markerVertText(const PlotTexts& texts) const;
 
+  // Whether acquire() reads the frame: only the memory keeps what it shows.
+  bool takesFrames() const;
   // One acquisition into the memory (when it is on): true when this acquisition is to be drawn.
   bool acquire(const PlotFrame& frame);
   // The memory starts over (a setting changed what is drawn).

@@ -38,7 +38,8 @@ AnalysisWindow::AnalysisWindow(SettingsStore& settings, DeviceContext& main, Fil
       dialogs_(dialogs),
       view_(settings, section),
       pictureOptions_(settings, saveSection),
-      section_(section) {
+      section_(section),
+      paced_(new PacedPaint(this, [this] { draw(frame()); })) {
   recorder_.ring = pictureOptions_.animatedGifRing();
   recorder_.capture = [this] { return picture(pictureOptions_.withLabels()); };
   // Saved once the acquisition's handler is done: the dialog must not stand inside it.
@@ -315,7 +316,7 @@ QImage AnalysisWindow::picture(bool withLabels) const {
 }
 
 void AnalysisWindow::replot() {
-  draw(frame());
+  paced_->now();
 }
 
 void AnalysisWindow::draw(const PlotFrame& frame) {
@@ -328,8 +329,10 @@ void AnalysisWindow::draw(const PlotFrame& frame) {
 }
 
 void AnalysisWindow::acquired() {
-  const PlotFrame f = frame();
-  if (view_.acquire(f)) draw(f);
+  // The memory takes every acquisition; the picture is drawn at the screen's rate at most, from the
+  // latest acquisition.
+  const bool due = view_.takesFrames() ? view_.acquire(frame()) : view_.acquire(PlotFrame{});
+  if (due) paced_->request();
   if (recorder_.recording()) {
     recorder_.recordFrame(static_cast<int>(sinceLast_.restart()));
   } else {

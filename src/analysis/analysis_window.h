@@ -12,6 +12,7 @@
 #include "analysis/analysis_view.h"
 #include "export/animation_recorder.h"
 #include "export/picture_options.h"
+#include "ui/paced_paint.h"
 
 class QPushButton;
 class QComboBox;
@@ -107,6 +108,7 @@ class AnalysisWindow : public QWidget {
   std::vector<std::function<void()>> refreshers_;  // menu marks that follow the view
   AnimationRecorder recorder_;
   QElapsedTimer sinceLast_;
+  PacedPaint* paced_;
 };
 
 }  // namespace zorvik

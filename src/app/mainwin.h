@@ -68,6 +68,7 @@ class mainwin : public QMainWindow, private MainView {
   ScopeDisplay& display() { return *scope_; }
   BasicControl& control() { return *control_; }
   ScopeSession& session() { return *session_; }
+  const ScopeDisplayWindow& displayWindow() const { return *display_; }
   TriggerControl& trigger() { return *trigger_; }
 
   // A display setting changed by a key: stored, and the picture drawn anew; `setup` lays the display out.

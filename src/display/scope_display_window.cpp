@@ -25,11 +25,14 @@
 namespace zorvik {
 
 ScopeDisplayWindow::ScopeDisplayWindow(ScopeDisplay& display, QWidget* parent)
-    : QWidget(parent), display_(display), mouse_(display.mouse()) {
+    : QWidget(parent),
+      display_(display),
+      mouse_(display.mouse()),
+      paced_(new PacedPaint(this, [this] { update(); })) {
   setObjectName("Display");
   setAttribute(Qt::WA_OpaquePaintEvent);
   setMouseTracking(true);  // the cursor's read-out follows the mouse
-  display_.onPainted = [this] { update(); };
+  display_.onPainted = [this] { paced_->request(); };
   display_.onGeometryChanged = [this] { geometryChanged(); };
   display_.onCleared = [this] { update(); };
   rescale();
@@ -119,6 +122,7 @@ void ScopeDisplayWindow::clear() {
 }
 
 void ScopeDisplayWindow::paintEvent(QPaintEvent*) {
+  ++paints_;
   QPainter p(this);
   const DisplayGeometry& g = display_.canvas().geometry();
   const QImage picture = display_.canvas().image();

@@ -4,6 +4,7 @@
 
 #include "display/display_mouse.h"
 #include "display/scope_display.h"
+#include "ui/paced_paint.h"
 
 namespace zorvik {
 
@@ -51,6 +52,10 @@ class ScopeDisplayWindow : public QWidget {
   QSize sizeHint() const override;
   QSize minimumSizeHint() const override;
 
+  // The new packets' pictures, and how many of them were painted: at most one a frame of the screen.
+  int64_t pictures() const { return paced_->pacer().changes(); }
+  int64_t paints() const { return paints_; }
+
  protected:
   void paintEvent(QPaintEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
@@ -76,6 +81,8 @@ class ScopeDisplayWindow : public QWidget {
   int wheelRest_ = 0;
   QWidget* watched_ = nullptr;  // the top-level window whose size the fitted display follows
   QSize chrome_;                // the window's size beside the fitted display
+  PacedPaint* paced_;           // new packets repaint at the screen's rate at most
+  int64_t paints_ = 0;
 };
 
 // The screen check at the end of SetupDisplay for the window that holds the display. The modes offered

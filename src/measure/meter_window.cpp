@@ -22,7 +22,7 @@ constexpr int kScreenMargin = 67;  // 1000 twips of the window kept on the scree
 }  // namespace
 
 unimeter::unimeter(SettingsStore& settings, const QString& caption, QWidget* parent)
-    : QWidget(parent, Qt::Tool), settings_(settings) {
+    : QWidget(parent, Qt::Tool), settings_(settings), paced_(new PacedPaint(this, [this] { showTexts(); })) {
   setObjectName("unimeter");
   setWindowTitle(caption);
   setAttribute(Qt::WA_DeleteOnClose, false);
@@ -163,13 +163,13 @@ void unimeter::Stp(const std::string& mnemonic) {
 void unimeter::Ind(bool detail, const std::string& unit, float value, float resolution,
                    const std::string& status) {
   state_.Ind(detail, unit, value, resolution, status, static_cast<uint32_t>(clock_.elapsed()));
-  showTexts();
+  paced_->request();
 }
 
 void unimeter::IndF(const std::string& unit, float value, const std::string& picture,
                     const std::string& status) {
   state_.IndF(unit, value, picture, status, static_cast<uint32_t>(clock_.elapsed()));
-  showTexts();
+  paced_->request();
 }
 
 void unimeter::ResetMeter() {

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "measure/meter_state.h"
+#include "ui/paced_paint.h"
 
 namespace zorvik {
 
@@ -69,6 +70,8 @@ class unimeter : public QWidget {
   QSize reference_;
   int referenceBig_ = 0, referenceSmall_ = 0;
   bool quiet_ = false;
+  // Every packet goes into the state; its texts are shown at the screen's rate at most.
+  PacedPaint* paced_;
 };
 
 }  // namespace zorvik

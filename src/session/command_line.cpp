@@ -23,6 +23,10 @@ CommandLine parseCommandLine(const std::vector<std::string>& args) {
     } else if (takeValue(args, i, "--set", v)) {
       parseSettingAssignment(v);
       cl.sets.push_back(v);
+    } else if (takeValue(args, i, "--report-after", v)) {
+      cl.reportAfter = numberOption("--report-after", v);
+      if (!(cl.reportAfter > 0 && cl.reportAfter <= 86400))
+        throw Fault("--report-after takes seconds from above 0 to 86400: " + v);
     } else if (args[i] == "--dev") {
       cl.dev = true;
     } else if (args[i].rfind("-", 0) == 0) {
@@ -53,7 +57,7 @@ std::string programVersion() {
 
 std::string guiUsage() {
   return "usage: zorvik [first] [reset] [--sim KEY=VALUE,...] [--device ADDRESS] [--set SECTION/NAME=VALUE] "
-         "[--dev] [FILE.zrv]\n"
+         "[--dev] [--report-after SECONDS] [FILE.zrv]\n"
          "The Zorvik oscilloscope: the window of a one-channel USB oscilloscope, here on its simulated\n"
          "instrument.\n"
          "  first                this process is the first instance even while another runs\n"
@@ -64,6 +68,8 @@ std::string guiUsage() {
          "                       simulated one in this program\n"
          "  --set SECTION/NAME=VALUE  a setting stored before the start (repeatable)\n"
          "  --dev                the developer's plot speed test (key T)\n"
+         "  --report-after SECONDS  after SECONDS prints the packets processed, the display's paints and\n"
+         "                       the process's share of one core on one line, and quits\n"
          "  FILE.zrv             a packet file shown at the start instead of default.zrv\n"
          "  -h, --help           this text\n"
          "  --version            the version\n";

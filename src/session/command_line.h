@@ -12,6 +12,7 @@ struct CommandLine {
   std::string device;                   // --device unix:PATH|tcp:HOST:PORT: an instrument served there
   std::string packetFile;               // a packet file to show at start (a word with a '.' or a '/')
   bool dev = false;
+  double reportAfter = 0;  // --report-after SECONDS: the window's figures printed, then it quits
 };
 
 // Throws Fault for an unknown option or one missing its value.
