@@ -18,6 +18,7 @@
 #include "session/command_line.h"
 #include "session/instance_lock.h"
 #include "session/link_choice.h"
+#include "session/run_control.h"
 #include "session/run_report.h"
 #include "session/scope_session.h"
 
@@ -85,18 +86,22 @@ int main(int argc, char** argv) {
   // The figures of a timed run, counted from here: the packets, the display's paints, the processor.
   QElapsedTimer clock;
   clock.start();
-  const int64_t packetsBefore = window.session().main().PacketCount();
+  const int64_t packetsBefore = window.session().main().packetsReceived();
   const double cpuBefore = zorvik::processCpuSeconds();
   if (commandLine.reportAfter > 0) {
+    // A timed run measures the stream: connected and running serially from the start.
+    window.session().run().WorkMode_Click(true);
+    window.session().main().KeyConnect_Click();
     QTimer::singleShot(static_cast<int>(commandLine.reportAfter * 1000), &app, [&] {
       zorvik::RunReport report;
       report.seconds = static_cast<double>(clock.elapsed()) / 1000.0;
-      report.packets = window.session().main().PacketCount() - packetsBefore;
-      report.pictures = window.displayWindow().pictures();
+      report.packets = window.session().main().packetsReceived() - packetsBefore;
+      report.updates = window.displayWindow().updates();
       report.paints = window.displayWindow().paints();
       report.cpuSeconds = zorvik::processCpuSeconds() - cpuBefore;
       std::cout << report.line() << std::endl;
-      QApplication::quit();
+      // Out of the loop without closing the windows, which would ask to end the session first.
+      QCoreApplication::exit(0);
     });
   }
   return app.exec();

@@ -34,7 +34,7 @@ ScopeDisplayWindow::ScopeDisplayWindow(ScopeDisplay& display, QWidget* parent)
   setMouseTracking(true);  // the cursor's read-out follows the mouse
   display_.onPainted = [this] { paced_->request(); };
   display_.onGeometryChanged = [this] { geometryChanged(); };
-  display_.onCleared = [this] { update(); };
+  display_.onCleared = [this] { paced_->request(); };
   rescale();
   geometryChanged();
 }
@@ -114,7 +114,8 @@ void ScopeDisplayWindow::showState(const MainState& state) {
   l.modeColor = state.modeColor;
   l.RISmodeTransparant = state.risVisible ? state.risCaption : std::string();
   l.noTrigger = state.noTriggerVisible;
-  update();
+  // The state changes with every packet: shown with the packet's picture.
+  paced_->request();
 }
 
 void ScopeDisplayWindow::clear() {

@@ -52,8 +52,9 @@ class ScopeDisplayWindow : public QWidget {
   QSize sizeHint() const override;
   QSize minimumSizeHint() const override;
 
-  // The new packets' pictures, and how many of them were painted: at most one a frame of the screen.
-  int64_t pictures() const { return paced_->pacer().changes(); }
+  // The changes of the picture and the state (one or more a packet), and how many paints showed them: at
+  // most one a frame of the screen.
+  int64_t updates() const { return paced_->pacer().changes(); }
   int64_t paints() const { return paints_; }
 
  protected:

@@ -65,6 +65,9 @@ class DeviceContext {
   const std::string& LastPacket() const { return lastPacket_; }
   void setLastPacket(const std::string& packet) { lastPacket_ = packet; }
   int32_t PacketCount() const { return packetCount_; }
+  // Every packet that came in this run of the program, never set back (PacketCount starts again with
+  // the persistence).
+  int64_t packetsReceived() const { return packetsReceived_; }
   void setPacketCount(int32_t count) { packetCount_ = count; }
   bool ReplotNeeded() const { return replotNeeded_; }
   void setReplotNeeded(bool on) { replotNeeded_ = on; }
@@ -116,6 +119,7 @@ class DeviceContext {
   int averagesPeaks_ = 0;
   int voltDivPosition_ = -1;
   int32_t packetCount_ = 0;
+  int64_t packetsReceived_ = 0;
   int32_t showTimeMs_ = 0;
   std::string lastPacket_;
 

@@ -68,8 +68,8 @@ std::string guiUsage() {
          "                       simulated one in this program\n"
          "  --set SECTION/NAME=VALUE  a setting stored before the start (repeatable)\n"
          "  --dev                the developer's plot speed test (key T)\n"
-         "  --report-after SECONDS  after SECONDS prints the packets processed, the display's paints and\n"
-         "                       the process's share of one core on one line, and quits\n"
+         "  --report-after SECONDS  connects, runs serially and after SECONDS prints the packets processed,\n"
+         "                       the display's paints and the share of one core on one line, and quits\n"
          "  FILE.zrv             a packet file shown at the start instead of default.zrv\n"
          "  -h, --help           this text\n"
          "  --version            the version\n";

@@ -144,6 +144,7 @@ void MainController::dataHeader(const std::string& value, bool parallel) {
     return;
   }
   ++packetCount_;
+  ++packetsReceived_;
   if (!parallel) {
     ProcessPacket(value);
   } else if (showTimeMs_ > 0 && !inShowWait_) {

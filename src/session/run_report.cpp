@@ -15,10 +15,10 @@ double perSecond(double count, double seconds) {
 std::string RunReport::line() const {
   char text[256];
   std::snprintf(text, sizeof text,
-                "seconds=%.2f packets=%lld packets_per_s=%.0f pictures=%lld paints=%lld paints_per_s=%.1f "
+                "seconds=%.2f packets=%lld packets_per_s=%.0f updates=%lld paints=%lld paints_per_s=%.1f "
                 "cpu_share=%.2f",
                 seconds, static_cast<long long>(packets), perSecond(static_cast<double>(packets), seconds),
-                static_cast<long long>(pictures), static_cast<long long>(paints),
+                static_cast<long long>(updates), static_cast<long long>(paints),
                 perSecond(static_cast<double>(paints), seconds), perSecond(cpuSeconds, seconds));
   return text;
 }

@@ -28,14 +28,14 @@ TEST(RunReport, OneLineOfFiguresForAScript) {
   RunReport r;
   r.seconds = 4;
   r.packets = 20000;
-  r.pictures = 20000;
+  r.updates = 20000;
   r.paints = 240;
   r.cpuSeconds = 3;
   EXPECT_EQ(r.line(),
-            "seconds=4.00 packets=20000 packets_per_s=5000 pictures=20000 paints=240 paints_per_s=60.0 "
+            "seconds=4.00 packets=20000 packets_per_s=5000 updates=20000 paints=240 paints_per_s=60.0 "
             "cpu_share=0.75");
   // A report before any time has passed divides by nothing.
   EXPECT_EQ(RunReport{}.line(),
-            "seconds=0.00 packets=0 packets_per_s=0 pictures=0 paints=0 paints_per_s=0.0 cpu_share=0.00");
+            "seconds=0.00 packets=0 packets_per_s=0 updates=0 paints=0 paints_per_s=0.0 cpu_share=0.00");
   EXPECT_GT(processCpuSeconds(), 0);
 }
