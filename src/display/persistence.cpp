@@ -333,19 +333,26 @@ struct RowCells {
   int* listed;
 };
 
-// The lit cells of a word drawn one at a time, each decayed while at hand.
+// The lit cells of a word drawn one at a time, each decayed while at hand. The row's pointers are taken
+// into locals, which the stores to the counts and pixels cannot change: read once, not at every cell.
 template <bool Colour, bool Merge, Fade F>
-void drawCells(const RowCells& r, uint64_t& bits, uint64_t cells, int base, const Fader& fade) {
+void drawCells(const RowCells& r, uint64_t& wordBits, uint64_t cells, int base, const Fader& fader) {
   constexpr int kBreakStride = 12;
+  int32_t* const line = r.line;
+  uint32_t* const pixels = r.pixels + kPictureMargin;
+  const int32_t* const breaks = r.columnBreaks;
+  const uint8_t* const exact = r.exact;
+  const Fader fade = fader;
+  uint64_t bits = wordBits;
   int listed = *r.listed;
   for (; cells; cells &= cells - 1) {
     const int x = base + std::countr_zero(cells);
-    const int32_t c = r.line[x];
+    const int32_t c = line[x];
     if (c > 0) {
       if constexpr (Colour) {
-        const uint32_t rgb = r.exact[x] ? colourByBreaks(*r.grader, c, r.columnBreaks + kBreakStride * x)
-                                        : r.grader->colour(c, r.max[x]);
-        uint32_t& p = r.pixels[x + kPictureMargin];
+        const uint32_t rgb = exact[x] ? colourByBreaks(*r.grader, c, breaks + kBreakStride * x)
+                                      : r.grader->colour(c, r.max[x]);
+        uint32_t& p = pixels[x];
         p = Merge ? p | 0xFF000000 | rgb : 0xFF000000 | rgb;
       } else {
         r.listX[listed] = x;
@@ -355,10 +362,11 @@ void drawCells(const RowCells& r, uint64_t& bits, uint64_t cells, int base, cons
     }
     if constexpr (F != Fade::None) {
       const int32_t d = fade.apply<F>(c);
-      r.line[x] = d;
+      line[x] = d;
       if (d == 0) bits &= ~cellBit(x);
     }
   }
+  wordBits = bits;
   *r.listed = listed;
 }
 
