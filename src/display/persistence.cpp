@@ -145,12 +145,6 @@ inline uint64_t cellBit(int x) {
   return uint64_t{1} << (x & 63);
 }
 
-// Cells x0 to x1 of a word (from `base`), every one of them.
-inline uint64_t spanBits(int base, int x0, int x1) {
-  const uint64_t upTo = x1 - base == 63 ? ~uint64_t{0} : (uint64_t{2} << (x1 - base)) - 1;
-  return upTo & ~((uint64_t{1} << (x0 - base)) - 1);
-}
-
 // The lit cells of a word, without the population-count instruction the baseline lacks.
 inline int bitCount(uint64_t v) {
   v -= (v >> 1) & 0x5555555555555555u;
@@ -163,35 +157,27 @@ inline int bitCount(uint64_t v) {
 // to its last; one with fewer, a lit cell at a time.
 constexpr int kDenseCells = 20;
 
-// The decay of cells x0 to x1 of a word (from `base`), four at a time, a power-of-two depth: the cells
-// left with a count other than 0 are the word's lit ones there.
+// The decay of cells x0 to x1 of a word, four at a time, a power-of-two depth. In a word this full a count
+// seldom reaches 0, so the bits are looked at only when one did.
 template <bool Round>
-void fadeSpan(int32_t* line, uint64_t& bits, int base, int x0, int x1, int shift) {
-#if defined(__SSE2__)
-  uint64_t kept = 0;
+void fadeSpan(int32_t* line, uint64_t& bits, int x0, int x1, int shift) {
+  Int4 zeros = {0, 0, 0, 0};
   int x = x0;
   for (; x + 3 <= x1; x += 4) {
     Int4 c;
     std::memcpy(&c, line + x, sizeof c);
     c = decayedPow2<Round>(c, shift);
     std::memcpy(line + x, &c, sizeof c);
-    __m128i v;
-    std::memcpy(&v, &c, sizeof v);
-    const int zero = _mm_movemask_ps(_mm_castsi128_ps(_mm_cmpeq_epi32(v, _mm_setzero_si128())));
-    kept |= static_cast<uint64_t>(~zero & 15) << (x - base);
+    zeros |= c == 0;
   }
+  bool anyZero = (zeros[0] | zeros[1] | zeros[2] | zeros[3]) != 0;
   for (; x <= x1; ++x) {
     line[x] = decayedPow2<Round>(line[x], shift);
-    kept |= static_cast<uint64_t>(line[x] != 0) << (x - base);
+    anyZero |= line[x] == 0;
   }
-  const uint64_t span = spanBits(base, x0, x1);
-  bits = (bits & ~span) | (kept & span);
-#else
-  for (int x = x0; x <= x1; ++x) {
-    line[x] = decayedPow2<Round>(line[x], shift);
-    if (line[x] == 0) bits &= ~cellBit(x);
-  }
-#endif
+  if (anyZero)
+    for (int i = x0; i <= x1; ++i)
+      if (line[i] == 0) bits &= ~cellBit(i);
 }
 
 // The decay of the lit cells `cells` of a word: a cell whose count reaches 0 is no longer lit.
@@ -618,9 +604,9 @@ void Persistence::fadeWord(const DecayPlan& p, int32_t* line, uint64_t& bits, ui
   if (p.power && p.step == 1 && bitCount(cells) >= kDenseCells) {
     const int x0 = std::max(base, p.first), x1 = std::min(base + 63, p.last);
     if (p.leaveSingle)
-      fadeSpan<true>(line, bits, base, x0, x1, p.shift);
+      fadeSpan<true>(line, bits, x0, x1, p.shift);
     else
-      fadeSpan<false>(line, bits, base, x0, x1, p.shift);
+      fadeSpan<false>(line, bits, x0, x1, p.shift);
     return;
   }
   Fader f;
