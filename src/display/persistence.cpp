@@ -22,6 +22,7 @@ const std::array<uint32_t, 10> kGradeColorsInverted = {0x800080, 0x0000FF, 0x004
 namespace {
 
 constexpr int kStride = Persistence::kColumns;
+constexpr int kBreakStride = 12;  // a column's breakpoints, one at a time
 
 int32_t saturatedAdd(int32_t a, int32_t b) {
   const int64_t s = static_cast<int64_t>(a) + b;
@@ -323,7 +324,6 @@ struct RowCells {
 // into locals, which the stores to the counts and pixels cannot change: read once, not at every cell.
 template <bool Colour, bool Merge, Fade F>
 void drawCells(const RowCells& r, uint64_t& wordBits, uint64_t cells, int base, const Fader& fader) {
-  constexpr int kBreakStride = 12;
   int32_t* const line = r.line;
   uint32_t* const pixels = r.pixels + kPictureMargin;
   const int32_t* const breaks = r.columnBreaks;

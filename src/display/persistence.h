@@ -75,12 +75,11 @@ class Persistence {
   // Rows that may hold a count: the passes leave the others alone.
   int rowLow_ = kRows, rowHigh_ = -1;
   // Per column of a colour render: the count from which each threshold is no longer below the ratio,
-  // threshold by threshold for four columns together (index 9 x + 4 i + x mod 4 for x a multiple of 4),
-  // and whether the column has them.
+  // threshold by threshold for four columns together (threshold i of column x at 9 (x - x mod 4) + 4 i +
+  // x mod 4), and whether the column has them.
   std::vector<int32_t> breaks_;
-  // The same breakpoints column by column (kBreakStride a column, the last three below every count), for
-  // one cell at a time.
-  static constexpr int kBreakStride = 12;
+  // The same breakpoints column by column (12 a column, the last three below every count), for one cell
+  // at a time.
   std::vector<int32_t> columnBreaks_;
   std::array<uint8_t, kColumns> exact_{};
   // Breakpoints made for the largest counts below kMemoMax (9 a count), and which of them are made.
