@@ -29,6 +29,8 @@ class Persistence {
  public:
   static constexpr int kColumns = 481;
   static constexpr int kRows = 256;
+  static constexpr int kWords = (kColumns + 63) / 64;  // 64-bit words of a row's cell bits
+  using RowBits = std::array<uint64_t, kWords>;
 
   Persistence();
   void clear();
@@ -54,20 +56,31 @@ class Persistence {
   struct DecayPlan {
     int first = 0, last = 0, step = 1, depth = 1, shift = 0;
     bool power = false, leaveSingle = false;
+    RowBits columns{};  // first to last by step
   };
   static DecayPlan decayPlan(int first, int last, int step, int depth, bool leaveSingle);
-  void decayRow(const DecayPlan& plan, int y);
+  // The decay of the lit cells `cells` of one word of a row, from column `base`.
+  void fadeWord(const DecayPlan& plan, int32_t* line, uint64_t& bits, uint64_t cells, int base);
   void decayMaxima(const DecayPlan& plan);
+  void makeBreakpoints(const GradeStyle& style, int first, int last, int step);
   void renderRows(DisplayCanvas& canvas, int first, int last, int step, const GradeStyle& style,
                   const DecayPlan* decay);
 
   std::vector<int32_t> buf_;  // IntensBuf, index x + 481 y
+  // A bit for each cell that may hold a count other than 0 (kWords a row): the passes visit those and no
+  // others, since a row of a moving trace holds counts in a tenth of its cells. Set by the hits, taken
+  // away by the decay when a count reaches 0.
+  std::vector<uint64_t> lit_;
   std::array<int32_t, kColumns> max_{};
   // Rows that may hold a count: the passes leave the others alone.
   int rowLow_ = kRows, rowHigh_ = -1;
   // Per column of a colour render: the count from which each threshold is no longer below the ratio,
-  // threshold by threshold (index i x 481 + x), and whether the column has them.
+  // threshold by threshold for four columns together (threshold i of column x at 9 (x - x mod 4) + 4 i +
+  // x mod 4), and whether the column has them.
   std::vector<int32_t> breaks_;
+  // The same breakpoints column by column (12 a column, the last three below every count), for one cell
+  // at a time.
+  std::vector<int32_t> columnBreaks_;
   std::array<uint8_t, kColumns> exact_{};
   // Breakpoints made for the largest counts below kMemoMax (9 a count), and which of them are made.
   static constexpr int kMemoMax = 4096;
