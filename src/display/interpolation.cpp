@@ -96,6 +96,22 @@ const double* Interpolator::sinxWeights(double f, int64_t offset, int n, double 
   return w;
 }
 
+Interpolator::Place Interpolator::place(const SampleBuf& s, float p, int taps) {
+  Place r;
+  r.i = floorToInt64Saturating(p);
+  const int64_t len = s.length();
+  if (static_cast<double>(p) == static_cast<double>(r.i) || r.i < 0 || r.i >= len) return r;
+  r.interpolated = true;
+  r.n = static_cast<int>(std::clamp<int64_t>(std::min<int64_t>(taps, len), 1, kMaxTaps));
+  r.first = std::max<int64_t>(r.i + 1 - r.n / 2, 0);
+  if (r.first + r.n - 1 > len - 1) r.first = len - r.n;
+  r.q = static_cast<double>(p) - static_cast<double>(r.first);
+  r.f = static_cast<double>(p) - static_cast<double>(r.i);
+  r.base = kTable - (r.i - r.first);
+  r.tabled = r.base >= 0 && r.base + r.n <= 2 * kTable + 1;
+  return r;
+}
+
 int32_t Interpolator::at(Interpolation kind, const SampleBuf& s, float p, int taps, int column) {
   const int64_t i = floorToInt64Saturating(p);
   if (static_cast<double>(p) == static_cast<double>(i)) return s.at(i);
@@ -168,6 +184,61 @@ int32_t Interpolator::at(Interpolation kind, const SampleBuf& s, float p, int ta
     }
   }
   return finish(sumOf(terms, n));
+}
+
+void Interpolator::sinxColumns(const SampleBuf& s, int taps, const float* points, int first, int last,
+                               int step, int32_t* out) {
+  // Columns whose weights are kept are summed four at a time, one column a lane: each lane adds its
+  // terms in the window's order, as at() does, so the values are the same; the four sums no longer wait
+  // on one another.
+  struct Pending {
+    int x;
+    const double* w;
+    const int32_t* d;
+  };
+  Pending group[4];
+  int count = 0, groupN = 0;
+  auto flush = [&] {
+    if (count == 0) return;
+    double sums[4] = {0, 0, 0, 0};
+#if defined(__SSE2__)
+    if (count == 4) {
+      __m128d lo = _mm_setzero_pd(), hi = _mm_setzero_pd();
+      for (int m = 0; m < groupN; ++m) {
+        const __m128d w01 = _mm_set_pd(group[1].w[m], group[0].w[m]);
+        const __m128d w23 = _mm_set_pd(group[3].w[m], group[2].w[m]);
+        const __m128d c01 = _mm_set_pd(group[1].d[m] - 0x8000, group[0].d[m] - 0x8000);
+        const __m128d c23 = _mm_set_pd(group[3].d[m] - 0x8000, group[2].d[m] - 0x8000);
+        lo = _mm_add_pd(lo, _mm_mul_pd(w01, c01));
+        hi = _mm_add_pd(hi, _mm_mul_pd(w23, c23));
+      }
+      _mm_storeu_pd(sums, lo);
+      _mm_storeu_pd(sums + 2, hi);
+    } else
+#endif
+    {
+      for (int k = 0; k < count; ++k) {
+        double sum = 0;
+        for (int m = 0; m < groupN; ++m) sum += group[k].w[m] * (group[k].d[m] - 0x8000);
+        sums[k] = sum;
+      }
+    }
+    for (int k = 0; k < count; ++k) out[group[k].x] = finish(sums[k]);
+    count = 0;
+  };
+  for (int x = first; x <= last; x += step) {
+    const float p = points[x];
+    const Place at = place(s, p, taps);
+    if (!at.interpolated || !at.tabled || x >= kMaxColumns || at.n > kColumnTaps) {
+      out[x] = this->at(Interpolation::SinX, s, p, taps, x);
+      continue;
+    }
+    if (count > 0 && at.n != groupN) flush();
+    groupN = at.n;
+    group[count++] = {x, sinxWeights(at.f, at.i - at.first, at.n, at.q, at.base, x), s.data() + at.first};
+    if (count == 4) flush();
+  }
+  flush();
 }
 
 }  // namespace zorvik

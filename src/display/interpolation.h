@@ -25,9 +25,21 @@ class Interpolator {
   // A sample exactly at p is taken as it is; a point outside the record reads 0, as the samples there.
   // `column`, when 0 or more, is the screen column the point is for: its Sin(x)/x weights are kept for it.
   int32_t at(Interpolation kind, const SampleBuf& s, float p, int taps, int column = -1);
+  // Sin(x)/x into out[x] for the columns first to last by step, column x at points[x]: the values of at().
+  void sinxColumns(const SampleBuf& s, int taps, const float* points, int first, int last, int step,
+                   int32_t* out);
 
  private:
   void prepareLagrange(int taps);
+  // Where a point falls: between samples i and i + 1 (else it is a sample or outside the record), its
+  // window of n from `first`, q = p - first, f = p - i, and the tables' start `base` (when in them).
+  struct Place {
+    bool interpolated = false, tabled = false;
+    int64_t i = 0, first = 0, base = 0;
+    int n = 0;
+    double q = 0, f = 0;
+  };
+  static Place place(const SampleBuf& s, float p, int taps);
   // The Sin(x)/x weights sin(t) / t of a point f past a sample, `offset` samples into a window of n.
   const double* sinxWeights(double f, int64_t offset, int n, double q, int64_t base, int column);
 

@@ -114,6 +114,9 @@ void SampleResampler::interpolate(SampleBuf& s, const ResampleRequest& r, TraceC
   auto pointOf = [&](int x) { return static_cast<float>(x / ratio + start); };
   switch (r.interp) {
     case Interpolation::SinX:
+      for (int x = out.xFirst; x <= out.xLast; x += out.xStep) points_[static_cast<size_t>(x)] = pointOf(x);
+      interpolator_.sinxColumns(s, r.taps, points_.data(), out.xFirst, out.xLast, out.xStep, out.Out.data());
+      return;
     case Interpolation::Lanczos:
     case Interpolation::Lagrange:
       for (int x = out.xFirst; x <= out.xLast; x += out.xStep)

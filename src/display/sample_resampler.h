@@ -1,4 +1,5 @@
 #pragma once
+#include <array>
 #include <cstdint>
 
 #include "display/display_settings.h"
@@ -35,6 +36,7 @@ class SampleResampler {
   void mapRows(const SampleBuf& s, const ResampleRequest& r, TraceColumns& out);
 
   Interpolator interpolator_;
+  std::array<float, kMaxColumns> points_{};  // the point of each interpolated column
 };
 
 }  // namespace zorvik
