@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <cstdint>
 
 #if defined(__SSE2__)
@@ -40,20 +41,92 @@ float addFixedPoint(float sum, int64_t square) {
 // number below 2^38, sum x 10000 is exact in a double, so are the new fixed point and its quotient by
 // 10000, and addFixedPoint returns sum + square rounded once to a float: again a whole number. From 0
 // the sum thus stays a whole number S, each step S <- float(S + square). Up to 2^24 no step rounds.
-// Above, with floats 2^k apart, a step adds square / 2^k rounded to the nearest; only a square exactly
-// halfway (a tie, to the even neighbour) depends on the sum, so a block without ties that stays below
-// the next power of two is one sum of whole numbers.
 constexpr int64_t kNoRounding = int64_t{1} << 24;
-constexpr int64_t kExactBelow = int64_t{1} << 38;
 // From 2^38 on the fixed point outgrows a double's 53 bits, but its rounding moves the quotient by less
-// than 0.2 while the floats are 2^15 apart: only a tie can come out differently, and ties go the long way.
-// Below 2^49 the fixed point stays inside 64 bits.
+// than 0.2 while the floats are 2^15 apart, so only a sum exactly halfway between two floats (a tie)
+// could round the other way. A tie has few significant bits: odd x 2^(k-1) with the odd part below 2^25,
+// and its fixed point odd x 625 x 2^(k+3) has at most 35, which a double holds exactly; so a tie, too,
+// rounds to even as the float does. Below 2^49 the fixed point stays inside 64 bits.
 constexpr int64_t kWholeBelow = int64_t{1} << 49;
-constexpr size_t kBlock = 16;
+constexpr size_t kBlock = 64;
 
-int64_t roundedStep(int64_t sum, int64_t square) {
-  if (sum >= kExactBelow) return static_cast<int64_t>(addFixedPoint(static_cast<float>(sum), square));
-  return static_cast<int64_t>(static_cast<float>(static_cast<double>(sum) + static_cast<double>(square)));
+// One step on whole numbers: S + square rounded to 24 significant bits, ties to even.
+inline int64_t exactStep(int64_t sum, uint32_t square) {
+  const int64_t total = sum + square;
+  if (total <= kNoRounding) return total;
+  const int k = 63 - __builtin_clzll(static_cast<uint64_t>(total)) - 23;
+  const int64_t unit = int64_t{1} << k, half = unit / 2, rest = total & (unit - 1);
+  const int64_t down = total - rest;
+  return rest > half || (rest == half && ((down >> k) & 1)) ? down + unit : down;
+}
+
+// Within one binade, with floats 2^k apart and s = S / 2^k, a square q adds a = q / 2^k rounded to the
+// nearest; only a tie (a remainder of exactly half a unit) depends on s: it rounds s + a to even, adding
+// 1 when s + a is odd and leaving s even. A block of 64 squares is therefore told by a (the sum of the
+// a rounded down at ties), the bit of each a that is odd, and the bit of each tie.
+struct BlockSteps {
+  int64_t steps = 0;
+  uint64_t odd = 0, ties = 0;
+};
+
+// The squares of a block side by side, four to a vector; every square / 2^k must be below 2^28, so that
+// a 32-bit lane adds sixteen of them.
+BlockSteps blockSteps(const uint32_t* sq, int k) {
+  BlockSteps b;
+  const uint32_t unit = uint32_t{1} << k, half = unit / 2;
+#if defined(__SSE2__)
+  const __m128i mask = _mm_set1_epi32(static_cast<int32_t>(unit - 1));
+  const __m128i halfv = _mm_set1_epi32(static_cast<int32_t>(half));
+  const __m128i shift = _mm_cvtsi32_si128(k);
+  __m128i whole = _mm_setzero_si128(), up = _mm_setzero_si128();
+  for (size_t g = 0; g < kBlock; g += 16) {
+    __m128i odd[4], tie[4];
+    for (size_t v = 0; v < 4; ++v) {
+      const __m128i q = _mm_loadu_si128(reinterpret_cast<const __m128i*>(sq + g + 4 * v));
+      const __m128i rest = _mm_and_si128(q, mask);  // below 2^25: compared as signed
+      const __m128i above = _mm_cmpgt_epi32(rest, halfv);
+      const __m128i steps = _mm_srl_epi32(q, shift);
+      whole = _mm_add_epi32(whole, steps);
+      up = _mm_sub_epi32(up, above);
+      odd[v] = _mm_slli_epi32(_mm_xor_si128(steps, above), 31);  // the low bit of steps + (rest > half)
+      tie[v] = _mm_cmpeq_epi32(rest, halfv);
+    }
+    // Sign bits packed down to bytes keep their order.
+    const __m128i o = _mm_packs_epi16(_mm_packs_epi32(odd[0], odd[1]), _mm_packs_epi32(odd[2], odd[3]));
+    const __m128i t = _mm_packs_epi16(_mm_packs_epi32(tie[0], tie[1]), _mm_packs_epi32(tie[2], tie[3]));
+    b.odd |= static_cast<uint64_t>(static_cast<uint32_t>(_mm_movemask_epi8(o))) << g;
+    b.ties |= static_cast<uint64_t>(static_cast<uint32_t>(_mm_movemask_epi8(t))) << g;
+  }
+  alignas(16) uint32_t w[4], u[4];
+  _mm_store_si128(reinterpret_cast<__m128i*>(w), whole);
+  _mm_store_si128(reinterpret_cast<__m128i*>(u), up);
+  for (int l = 0; l < 4; ++l) b.steps += int64_t{w[l]} + u[l];
+#else
+  for (size_t j = 0; j < kBlock; ++j) {
+    const uint32_t rest = sq[j] & (unit - 1);
+    const uint32_t a = (sq[j] >> k) + (rest > half);
+    b.steps += a;
+    b.odd |= uint64_t{a & 1} << j;
+    b.ties |= uint64_t{rest == half} << j;
+  }
+#endif
+  return b;
+}
+
+// The 1s the ties of a block add, s starting with parity startOdd. The parity of s + a at a tie is the
+// XOR of the odd bits since the tie before it (which left s even), or since the start and startOdd.
+int tieCarries(uint64_t odd, uint64_t ties, bool startOdd) {
+  uint64_t prefix = odd;  // bit j: XOR of the odd bits 0 to j
+  for (int s = 1; s < 64; s *= 2) prefix ^= prefix << s;
+  // last: bit j holds the prefix at the latest tie at or before j, or startOdd before the first tie.
+  uint64_t last = prefix & ties, known = ties;
+  for (int s = 1; s < 64; s *= 2) {
+    last |= (last << s) & ~known;
+    known |= known << s;
+  }
+  if (startOdd) last |= ~known;
+  const uint64_t before = (last << 1) | uint64_t{startOdd};
+  return __builtin_popcountll((prefix ^ before) & ties);
 }
 
 // The squares first, side by side (a square of 16-bit codes fits 32 bits unsigned), then the sum.
@@ -65,7 +138,9 @@ void squaresOf(size_t count, int32_t mean, Code&& code, uint32_t* out) {
   }
 }
 
-float sumOfSquares(const uint32_t* squares, size_t count) {
+// squares: count squares, then zeros up to a whole number of blocks (a zero square changes nothing).
+// squareBits: the squares are below 2^squareBits.
+float sumOfSquares(const uint32_t* squares, size_t count, int squareBits) {
   int64_t sum = 0;
   size_t i = 0;
   // Long stretches below 2^24 in one sum of whole numbers each.
@@ -77,41 +152,33 @@ float sumOfSquares(const uint32_t* squares, size_t count) {
     sum += static_cast<int64_t>(total);
     i += kStretch;
   }
-  for (; i < count && sum < kWholeBelow; i += kBlock) {
-    const size_t len = std::min(kBlock, count - i);
+  while (i < count && sum < kWholeBelow) {
     const uint32_t* sq = squares + i;
-    int64_t total = 0, largest = 0;
-    for (size_t j = 0; j < len; ++j) {
-      total += sq[j];
-      largest = std::max<int64_t>(largest, sq[j]);
-    }
-    if (sum + total <= kNoRounding) {
-      sum += total;
-      continue;
-    }
-    if (sum >= kNoRounding) {
-      const int k = 63 - __builtin_clzll(static_cast<uint64_t>(sum)) - 23;  // floats 2^k apart here
-      const int64_t unit = int64_t{1} << k, half = unit / 2;
-      int64_t steps = 0;
-      bool tie = false;
-      for (size_t j = 0; j < len; ++j) {
-        const int64_t rest = sq[j] & (unit - 1);
-        steps += (int64_t{sq[j]} >> k) + (rest > half);
-        tie |= rest == half;
-      }
-      if (!tie && (sum >> k) + steps + 1 <= kNoRounding) {
-        sum += steps << k;
+    if (sum < kNoRounding) {
+      int64_t total = 0;
+      for (size_t j = 0; j < kBlock; ++j) total += sq[j];
+      if (sum + total <= kNoRounding) {
+        sum += total;
+        i += kBlock;
         continue;
       }
+    } else {
+      const int k = 63 - __builtin_clzll(static_cast<uint64_t>(sum)) - 23;  // floats 2^k apart here
+      // Sixteen steps of up to 2^(squareBits - k) each fit a 32-bit lane below 2^28.
+      if (squareBits - k <= 28) {
+        const BlockSteps b = blockSteps(sq, k);
+        const int64_t s = sum >> k;
+        // The block stays below the next power of two: each tie adds at most 1.
+        if (s + b.steps + 64 < kNoRounding) {
+          sum = (s + b.steps + (b.ties ? tieCarries(b.odd, b.ties, s & 1) : 0)) << k;
+          i += kBlock;
+          continue;
+        }
+      }
     }
-    if (largest < kNoRounding && sum + total < kExactBelow) {
-      // Squares that are floats as they stand: each step is one float addition, rounded as above.
-      float f = static_cast<float>(sum);
-      for (size_t j = 0; j < len; ++j) f += static_cast<float>(sq[j]);
-      sum = static_cast<int64_t>(f);
-      continue;
-    }
-    for (size_t j = 0; j < len; ++j) sum = roundedStep(sum, sq[j]);
+    // A block that passes 2^24 or a power of two: step by step.
+    const size_t end = std::min(i + kBlock, count);
+    for (; i < end && sum < kWholeBelow; ++i) sum = exactStep(sum, squares[i]);
   }
   // Beyond 2^49 (a record longer than any packet) the steps as they are written.
   float rest = static_cast<float>(sum);
@@ -302,14 +369,15 @@ void SigCalc::CalcAC(std::string_view samples, bool IsHiRes, float FullScaleVolt
   // The rounding of a 32-bit sum is part of the measurement.
   const uint8_t* p = bytesOf(samples);
   const size_t count = IsHiRes ? samples.size() / 2 : samples.size();
-  squares_.resize(count);
+  squares_.resize((count + kBlock - 1) / kBlock * kBlock);
+  std::fill(squares_.begin() + static_cast<ptrdiff_t>(count), squares_.end(), 0);
   if (IsHiRes)
     squaresOf(
         count, mean, [p](size_t i) { return code16(p, i); }, squares_.data());
   else
     squaresOf(
         count, mean, [p](size_t i) { return int32_t{p[i]}; }, squares_.data());
-  const float sum = sumOfSquares(squares_.data(), count);
+  const float sum = sumOfSquares(squares_.data(), count, IsHiRes ? 32 : 16);
   const float chars = static_cast<float>(samples.size());
   if (!IsHiRes)
     ACVolts = std::sqrt(sum / chars) * FullScaleVolts / 256;

@@ -52,8 +52,7 @@ class SigTiming {
   std::vector<int32_t> RiseList, FallList;
   std::vector<int32_t> RiseStarts, RiseEnds, FallStarts, FallEnds;  // tenths of a sample; 0 is unset
   int32_t level_ = 0;
-  // The walk's values and the steps that cross a level, kept between records.
-  std::vector<int32_t> values_;
+  // The steps that cross a level, kept between records.
   std::vector<uint64_t> flags_;
 };
 

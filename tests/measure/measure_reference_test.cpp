@@ -174,3 +174,80 @@ TEST(MeasureReference, EveryRoutineGivesTheBitsOfItsFirstLoopOnEveryFormat) {
     }
   }
 }
+
+namespace {
+
+// A record of codes drawn by `code` (0 to 255, or 0 to 65535 in hi-res), in bytes or high byte first.
+template <typename F>
+std::string codes(bool hiRes, size_t samples, F&& code) {
+  std::string s;
+  for (size_t i = 0; i < samples; ++i) {
+    const int c = code(i);
+    if (hiRes) s += static_cast<char>(c >> 8);
+    s += static_cast<char>(c & 0xFF);
+  }
+  return s;
+}
+
+// The AC meters of both routines on one record, the mean as the record's own or as it was left.
+void expectSameAC(SigCalc& calc, reference::SigCalc& old, const std::string& s, bool hiRes,
+                  const std::string& where) {
+  calc.CalcDC(s, hiRes, 1.6f, 0);
+  old.CalcDC(s, hiRes, 1.6f, 0);
+  calc.CalcAC(s, hiRes, 1.6f);
+  old.CalcAC(s, hiRes, 1.6f);
+  SCOPED_TRACE(where);
+  ASSERT_EQ(calc.MeanCode8, old.MeanCode8);
+  ASSERT_EQ(calc.MeanCode16, old.MeanCode16);
+  EXPECT_EQ(bits(calc.ACVolts), bits(old.ACVolts));
+  EXPECT_EQ(bits(calc.LevelDBV), bits(old.LevelDBV));
+  EXPECT_EQ(calc.HasAC, old.HasAC);
+}
+
+}  // namespace
+
+TEST(MeasureReference, TheACSumRoundsAsTheFloatSumInEveryBinadeAndAtEveryTie) {
+  SigCalc calc;
+  reference::SigCalc old;
+  std::mt19937 rng(2424);
+  // Bytes about 128: squares of odd distances tie while floats are 2 apart (2^24 to 2^25), of distances
+  // 2 mod 4 while they are 8 apart (2^26 to 2^27); long records carry the sum through several binades.
+  for (size_t samples : {size_t{20000}, size_t{70000}, size_t{300001}}) {
+    for (int spread : {3, 40, 127}) {
+      std::uniform_int_distribution<int> code(128 - spread, 128 + spread);
+      expectSameAC(calc, old, codes(false, samples, [&](size_t) { return code(rng); }), false,
+                   "bytes " + std::to_string(samples) + " spread " + std::to_string(spread));
+    }
+    // Distances of 2 mod 4 only: a tie at every step from 2^26 on.
+    expectSameAC(calc, old, codes(false, samples, [&](size_t i) { return i % 2 ? 128 + 30 : 128 - 30; }),
+                 false, "bytes, ties at 8 apart");
+  }
+  // Hi-res records whose distances are odd multiples of 2^p: squares that tie while the floats are
+  // 2^(2p + 1) apart, up to 2^19 apart past 2^42, where the fixed point outgrows a double; others with
+  // ties in no binade.
+  for (int power : {6, 7, 8, 9}) {
+    std::uniform_int_distribution<int> odd(0, (32000 >> power) - 1);
+    const std::string s = codes(true, 30000, [&](size_t i) {
+      const int d = (2 * odd(rng) + 1) << power;
+      return i % 2 ? 32768 + d : 32768 - d;
+    });
+    expectSameAC(calc, old, s, true, "hi-res, distances 2^" + std::to_string(power) + " x odd");
+  }
+  for (int spread : {1, 300, 32000}) {
+    std::uniform_int_distribution<int> code(32768 - spread, 32767 + spread);
+    expectSameAC(calc, old, codes(true, 50000, [&](size_t) { return code(rng); }), true,
+                 "hi-res spread " + std::to_string(spread));
+  }
+  // Random lengths about the block size, so that the last block is short; codes near both rails and a
+  // mean left by a record of the other width.
+  std::uniform_int_distribution<int> length(1, 700), byte(0, 255), word(0, 65535);
+  for (int round = 0; round < 300; ++round) {
+    const bool hiRes = round % 3 == 0;
+    const size_t samples = static_cast<size_t>(length(rng)) * (round % 5 == 0 ? 97 : 1);
+    const std::string s = codes(hiRes, samples, [&](size_t) { return hiRes ? word(rng) : byte(rng); });
+    expectSameAC(calc, old, s, hiRes, "random " + std::to_string(round));
+    calc.CalcAC(s, !hiRes, 1.6f);  // the other width reads the mean this record left
+    old.CalcAC(s, !hiRes, 1.6f);
+    EXPECT_EQ(bits(calc.ACVolts), bits(old.ACVolts)) << "random " << round << " read in the other width";
+  }
+}
