@@ -48,7 +48,7 @@ constexpr int64_t kNoRounding = int64_t{1} << 24;
 // and its fixed point odd x 625 x 2^(k+3) has at most 35, which a double holds exactly; so a tie, too,
 // rounds to even as the float does. Below 2^49 the fixed point stays inside 64 bits.
 constexpr int64_t kWholeBelow = int64_t{1} << 49;
-constexpr size_t kBlock = 64;
+constexpr size_t kBlock = 64, kQuarter = 16;
 
 // One step on whole numbers: S + square rounded to 24 significant bits, ties to even.
 inline int64_t exactStep(int64_t sum, uint32_t square) {
@@ -71,7 +71,7 @@ struct BlockSteps {
 
 // The squares of a block side by side, four to a vector; every square / 2^k must be below 2^28, so that
 // a 32-bit lane adds sixteen of them.
-BlockSteps blockSteps(const uint32_t* sq, int k) {
+BlockSteps blockSteps(const uint32_t* sq, size_t len, int k) {
   BlockSteps b;
   const uint32_t unit = uint32_t{1} << k, half = unit / 2;
 #if defined(__SSE2__)
@@ -79,7 +79,7 @@ BlockSteps blockSteps(const uint32_t* sq, int k) {
   const __m128i halfv = _mm_set1_epi32(static_cast<int32_t>(half));
   const __m128i shift = _mm_cvtsi32_si128(k);
   __m128i whole = _mm_setzero_si128(), up = _mm_setzero_si128();
-  for (size_t g = 0; g < kBlock; g += 16) {
+  for (size_t g = 0; g < len; g += 16) {
     __m128i odd[4], tie[4];
     for (size_t v = 0; v < 4; ++v) {
       const __m128i q = _mm_loadu_si128(reinterpret_cast<const __m128i*>(sq + g + 4 * v));
@@ -102,7 +102,7 @@ BlockSteps blockSteps(const uint32_t* sq, int k) {
   _mm_store_si128(reinterpret_cast<__m128i*>(u), up);
   for (int l = 0; l < 4; ++l) b.steps += int64_t{w[l]} + u[l];
 #else
-  for (size_t j = 0; j < kBlock; ++j) {
+  for (size_t j = 0; j < len; ++j) {
     const uint32_t rest = sq[j] & (unit - 1);
     const uint32_t a = (sq[j] >> k) + (rest > half);
     b.steps += a;
@@ -129,7 +129,119 @@ int tieCarries(uint64_t odd, uint64_t ties, bool startOdd) {
   return __builtin_popcountll((prefix ^ before) & ties);
 }
 
-// The squares first, side by side (a square of 16-bit codes fits 32 bits unsigned), then the sum.
+// The squares of a byte record, block by block from the codes: a distance of up to 255 squares below
+// 2^16, so eight squares go to a vector. A block that runs past the record reads `tail`: its last codes,
+// then the mean, whose square is 0 and changes nothing.
+struct ByteSquares {
+  const uint8_t* p;
+  size_t n;
+  int32_t mean;         // a code: 0 to 255
+  const uint8_t* tail;  // the codes from tailStart on, padded to a block
+  size_t tailStart;
+
+  uint32_t at(size_t i) const {
+    const int32_t d = p[i] - mean;
+    return static_cast<uint32_t>(d * d);
+  }
+  const uint8_t* codes(size_t i, size_t len) const { return i + len <= n ? p + i : tail + (i - tailStart); }
+  // len: a multiple of 16.
+  int64_t total(size_t i, size_t len) const {
+    const uint8_t* c = codes(i, len);
+    int64_t sum = 0;
+#if defined(__SSE2__)
+    const __m128i zero = _mm_setzero_si128(), m = _mm_set1_epi16(static_cast<int16_t>(mean));
+    __m128i acc = _mm_setzero_si128();  // pairs of squares, at most 2 x 16 x 130050 a lane
+    for (size_t g = 0; g < len; g += 16) {
+      const __m128i x = _mm_loadu_si128(reinterpret_cast<const __m128i*>(c + g));
+      const __m128i lo = _mm_sub_epi16(_mm_unpacklo_epi8(x, zero), m);
+      const __m128i hi = _mm_sub_epi16(_mm_unpackhi_epi8(x, zero), m);
+      acc = _mm_add_epi32(acc, _mm_add_epi32(_mm_madd_epi16(lo, lo), _mm_madd_epi16(hi, hi)));
+      if ((g / 16) % 16 == 15) {
+        alignas(16) int32_t parts[4];
+        _mm_store_si128(reinterpret_cast<__m128i*>(parts), acc);
+        sum += int64_t{parts[0]} + parts[1] + parts[2] + parts[3];
+        acc = _mm_setzero_si128();
+      }
+    }
+    alignas(16) int32_t parts[4];
+    _mm_store_si128(reinterpret_cast<__m128i*>(parts), acc);
+    sum += int64_t{parts[0]} + parts[1] + parts[2] + parts[3];
+#else
+    for (size_t j = 0; j < len; ++j) sum += (c[j] - mean) * (c[j] - mean);
+#endif
+    return sum;
+  }
+  // On 16-bit lanes, for floats up to 2^15 apart; farther apart (a record of millions of codes) the steps
+  // go one by one.
+  bool steps(size_t i, size_t len, int k, BlockSteps& b) const {
+    if (k > 15) return false;
+    const uint8_t* c = codes(i, len);
+    const int32_t unit = int32_t{1} << k, half = unit / 2;
+#if defined(__SSE2__)
+    const __m128i zero = _mm_setzero_si128(), m = _mm_set1_epi16(static_cast<int16_t>(mean));
+    const __m128i mask = _mm_set1_epi16(static_cast<int16_t>(unit - 1));
+    const __m128i halfv = _mm_set1_epi16(static_cast<int16_t>(half)), ones = _mm_set1_epi16(1);
+    const __m128i shift = _mm_cvtsi32_si128(k);
+    __m128i whole = _mm_setzero_si128(), up = _mm_setzero_si128();
+    for (size_t g = 0; g < len; g += 16) {
+      const __m128i x = _mm_loadu_si128(reinterpret_cast<const __m128i*>(c + g));
+      __m128i odd[2], tie[2];
+      for (int h = 0; h < 2; ++h) {
+        const __m128i d = _mm_sub_epi16(h ? _mm_unpackhi_epi8(x, zero) : _mm_unpacklo_epi8(x, zero), m);
+        const __m128i q = _mm_mullo_epi16(d, d);      // below 2^16 unsigned
+        const __m128i rest = _mm_and_si128(q, mask);  // below 2^15: compared as signed
+        const __m128i above = _mm_cmpgt_epi16(rest, halfv);
+        const __m128i steps = _mm_srl_epi16(q, shift);  // below 2^15
+        whole = _mm_add_epi32(whole, _mm_madd_epi16(steps, ones));
+        up = _mm_sub_epi16(up, above);  // at most 8 a lane
+        odd[h] = _mm_slli_epi16(_mm_xor_si128(steps, above), 15);
+        tie[h] = _mm_cmpeq_epi16(rest, halfv);
+      }
+      b.odd |=
+          static_cast<uint64_t>(static_cast<uint32_t>(_mm_movemask_epi8(_mm_packs_epi16(odd[0], odd[1]))))
+          << g;
+      b.ties |=
+          static_cast<uint64_t>(static_cast<uint32_t>(_mm_movemask_epi8(_mm_packs_epi16(tie[0], tie[1]))))
+          << g;
+    }
+    alignas(16) int32_t w[4];
+    alignas(16) int16_t u[8];
+    _mm_store_si128(reinterpret_cast<__m128i*>(w), whole);
+    _mm_store_si128(reinterpret_cast<__m128i*>(u), up);
+    b.steps = int64_t{w[0]} + w[1] + w[2] + w[3];
+    for (int l = 0; l < 8; ++l) b.steps += u[l];
+#else
+    for (size_t j = 0; j < len; ++j) {
+      const int32_t q = (c[j] - mean) * (c[j] - mean), rest = q & (unit - 1);
+      const int32_t a = (q >> k) + (rest > half);
+      b.steps += a;
+      b.odd |= uint64_t(a & 1) << j;
+      b.ties |= uint64_t{rest == half} << j;
+    }
+#endif
+    return true;
+  }
+};
+
+// The squares of a hi-res record, worked out first (a square of 16-bit codes fits 32 bits unsigned) and
+// followed by zeros up to a whole number of blocks.
+struct WordSquares {
+  const uint32_t* sq;
+
+  uint32_t at(size_t i) const { return sq[i]; }
+  int64_t total(size_t i, size_t len) const {
+    uint64_t sum = 0;
+    for (size_t j = 0; j < len; ++j) sum += sq[i + j];
+    return static_cast<int64_t>(sum);
+  }
+  // Sixteen steps of up to 2^(32 - k) each fit a 32-bit lane from k = 4 on.
+  bool steps(size_t i, size_t len, int k, BlockSteps& b) const {
+    if (k < 4) return false;
+    b = blockSteps(sq + i, len, k);
+    return true;
+  }
+};
+
 template <typename Code>
 void squaresOf(size_t count, int32_t mean, Code&& code, uint32_t* out) {
   for (size_t i = 0; i < count; ++i) {
@@ -138,51 +250,48 @@ void squaresOf(size_t count, int32_t mean, Code&& code, uint32_t* out) {
   }
 }
 
-// squares: count squares, then zeros up to a whole number of blocks (a zero square changes nothing).
-// squareBits: the squares are below 2^squareBits.
-float sumOfSquares(const uint32_t* squares, size_t count, int squareBits) {
+// count squares; blocks may read on to a whole number of blocks.
+template <typename Squares>
+float sumOfSquares(const Squares& squares, size_t count) {
   int64_t sum = 0;
   size_t i = 0;
   // Long stretches below 2^24 in one sum of whole numbers each.
   constexpr size_t kStretch = 256;
   while (i + kStretch <= count) {
-    uint64_t total = 0;
-    for (size_t j = 0; j < kStretch; ++j) total += squares[i + j];
-    if (sum + static_cast<int64_t>(total) > kNoRounding) break;
-    sum += static_cast<int64_t>(total);
+    const int64_t total = squares.total(i, kStretch);
+    if (sum + total > kNoRounding) break;
+    sum += total;
     i += kStretch;
   }
-  while (i < count && sum < kWholeBelow) {
-    const uint32_t* sq = squares + i;
+  // The next len squares (64 or 16) at once, unless they pass 2^24 or a power of two on the way.
+  auto block = [&](size_t len) {
     if (sum < kNoRounding) {
-      int64_t total = 0;
-      for (size_t j = 0; j < kBlock; ++j) total += sq[j];
-      if (sum + total <= kNoRounding) {
-        sum += total;
-        i += kBlock;
-        continue;
-      }
+      const int64_t total = squares.total(i, len);
+      if (sum + total > kNoRounding) return false;
+      sum += total;
     } else {
       const int k = 63 - __builtin_clzll(static_cast<uint64_t>(sum)) - 23;  // floats 2^k apart here
-      // Sixteen steps of up to 2^(squareBits - k) each fit a 32-bit lane below 2^28.
-      if (squareBits - k <= 28) {
-        const BlockSteps b = blockSteps(sq, k);
-        const int64_t s = sum >> k;
-        // The block stays below the next power of two: each tie adds at most 1.
-        if (s + b.steps + 64 < kNoRounding) {
-          sum = (s + b.steps + (b.ties ? tieCarries(b.odd, b.ties, s & 1) : 0)) << k;
-          i += kBlock;
-          continue;
-        }
-      }
+      BlockSteps b;
+      if (!squares.steps(i, len, k, b)) return false;
+      const int64_t s = sum >> k;
+      if (s + b.steps + static_cast<int64_t>(len) >= kNoRounding) return false;  // a tie adds at most 1
+      sum = (s + b.steps + (b.ties ? tieCarries(b.odd, b.ties, s & 1) : 0)) << k;
     }
-    // A block that passes 2^24 or a power of two: step by step.
-    const size_t end = std::min(i + kBlock, count);
-    for (; i < end && sum < kWholeBelow; ++i) sum = exactStep(sum, squares[i]);
+    i += len;
+    return true;
+  };
+  while (i < count && sum < kWholeBelow) {
+    if (block(kBlock)) continue;
+    // The quarter that passes a power of two step by step.
+    for (int quarter = 0; quarter < 4 && i < count && sum < kWholeBelow; ++quarter) {
+      if (block(kQuarter)) continue;
+      const size_t end = std::min(i + kQuarter, count);
+      for (; i < end && sum < kWholeBelow; ++i) sum = exactStep(sum, squares.at(i));
+    }
   }
   // Beyond 2^49 (a record longer than any packet) the steps as they are written.
   float rest = static_cast<float>(sum);
-  for (; i < count; ++i) rest = addFixedPoint(rest, squares[i]);
+  for (; i < count; ++i) rest = addFixedPoint(rest, squares.at(i));
   return rest;
 }
 
@@ -368,16 +477,21 @@ void SigCalc::CalcAC(std::string_view samples, bool IsHiRes, float FullScaleVolt
   const int32_t mean = IsHiRes ? MeanCode16 : MeanCode8;
   // The rounding of a 32-bit sum is part of the measurement.
   const uint8_t* p = bytesOf(samples);
-  const size_t count = IsHiRes ? samples.size() / 2 : samples.size();
-  squares_.resize((count + kBlock - 1) / kBlock * kBlock);
-  std::fill(squares_.begin() + static_cast<ptrdiff_t>(count), squares_.end(), 0);
-  if (IsHiRes)
+  float sum;
+  if (IsHiRes) {
+    const size_t count = samples.size() / 2;
+    squares_.resize((count + kBlock - 1) / kBlock * kBlock);
+    std::fill(squares_.begin() + static_cast<ptrdiff_t>(count), squares_.end(), 0);
     squaresOf(
         count, mean, [p](size_t i) { return code16(p, i); }, squares_.data());
-  else
-    squaresOf(
-        count, mean, [p](size_t i) { return int32_t{p[i]}; }, squares_.data());
-  const float sum = sumOfSquares(squares_.data(), count, IsHiRes ? 32 : 16);
+    sum = sumOfSquares(WordSquares{squares_.data()}, count);
+  } else {
+    const size_t count = samples.size(), tailStart = count / kBlock * kBlock;
+    std::array<uint8_t, kBlock> tail;
+    tail.fill(static_cast<uint8_t>(mean));
+    std::copy(p + tailStart, p + count, tail.begin());
+    sum = sumOfSquares(ByteSquares{p, count, mean, tail.data(), tailStart}, count);
+  }
   const float chars = static_cast<float>(samples.size());
   if (!IsHiRes)
     ACVolts = std::sqrt(sum / chars) * FullScaleVolts / 256;
