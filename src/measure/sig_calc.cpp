@@ -69,9 +69,10 @@ struct BlockSteps {
   uint64_t odd = 0, ties = 0;
 };
 
-// The squares of a block side by side, four to a vector; every square / 2^k must be below 2^28, so that
-// a 32-bit lane adds sixteen of them.
-BlockSteps blockSteps(const uint32_t* sq, size_t len, int k) {
+// The squares of a block side by side, four to a vector, sixteen a round from squaresAt(g, q); every
+// square / 2^k must be below 2^28, so that a 32-bit lane adds sixteen of them.
+template <typename SquaresAt>
+BlockSteps blockSteps(size_t len, int k, SquaresAt&& squaresAt) {
   BlockSteps b;
   const uint32_t unit = uint32_t{1} << k, half = unit / 2;
 #if defined(__SSE2__)
@@ -80,12 +81,12 @@ BlockSteps blockSteps(const uint32_t* sq, size_t len, int k) {
   const __m128i shift = _mm_cvtsi32_si128(k);
   __m128i whole = _mm_setzero_si128(), up = _mm_setzero_si128();
   for (size_t g = 0; g < len; g += 16) {
-    __m128i odd[4], tie[4];
+    __m128i q[4], odd[4], tie[4];
+    squaresAt(g, q);
     for (size_t v = 0; v < 4; ++v) {
-      const __m128i q = _mm_loadu_si128(reinterpret_cast<const __m128i*>(sq + g + 4 * v));
-      const __m128i rest = _mm_and_si128(q, mask);  // below 2^25: compared as signed
+      const __m128i rest = _mm_and_si128(q[v], mask);  // below 2^25: compared as signed
       const __m128i above = _mm_cmpgt_epi32(rest, halfv);
-      const __m128i steps = _mm_srl_epi32(q, shift);
+      const __m128i steps = _mm_srl_epi32(q[v], shift);
       whole = _mm_add_epi32(whole, steps);
       up = _mm_sub_epi32(up, above);
       odd[v] = _mm_slli_epi32(_mm_xor_si128(steps, above), 31);  // the low bit of steps + (rest > half)
@@ -103,8 +104,8 @@ BlockSteps blockSteps(const uint32_t* sq, size_t len, int k) {
   for (int l = 0; l < 4; ++l) b.steps += int64_t{w[l]} + u[l];
 #else
   for (size_t j = 0; j < len; ++j) {
-    const uint32_t rest = sq[j] & (unit - 1);
-    const uint32_t a = (sq[j] >> k) + (rest > half);
+    const uint32_t sq = squaresAt(j), rest = sq & (unit - 1);
+    const uint32_t a = (sq >> k) + (rest > half);
     b.steps += a;
     b.odd |= uint64_t{a & 1} << j;
     b.ties |= uint64_t{rest == half} << j;
@@ -223,32 +224,53 @@ struct ByteSquares {
   }
 };
 
-// The squares of a hi-res record, worked out first (a square of 16-bit codes fits 32 bits unsigned) and
-// followed by zeros up to a whole number of blocks.
+// The squares of a hi-res record, block by block from the codes: distances below 2^16 taken both ways
+// with saturating subtractions, their squares (below 2^32) from the low and high halves of the products.
+// A block past the record's end reads `tail` as ByteSquares does.
 struct WordSquares {
-  const uint32_t* sq;
+  const uint8_t* p;
+  size_t n;
+  int32_t mean;         // a code: 0 to 65535
+  const uint8_t* tail;  // the codes from tailStart on, padded to a block, high byte first
+  size_t tailStart;
 
-  uint32_t at(size_t i) const { return sq[i]; }
+  uint32_t at(size_t i) const {
+    const uint32_t d = static_cast<uint32_t>(code16(p, i) - mean);
+    return d * d;  // (-d) x (-d) modulo 2^32 is d x d
+  }
+  const uint8_t* codes(size_t i, size_t len) const {
+    return i + len <= n ? p + 2 * i : tail + 2 * (i - tailStart);
+  }
   int64_t total(size_t i, size_t len) const {
     uint64_t sum = 0;
-    for (size_t j = 0; j < len; ++j) sum += sq[i + j];
+    for (size_t j = 0; j < len; ++j) sum += at(i + j);
     return static_cast<int64_t>(sum);
   }
   // Sixteen steps of up to 2^(32 - k) each fit a 32-bit lane from k = 4 on.
   bool steps(size_t i, size_t len, int k, BlockSteps& b) const {
     if (k < 4) return false;
-    b = blockSteps(sq + i, len, k);
+    const uint8_t* c = codes(i, len);
+#if defined(__SSE2__)
+    const __m128i m = _mm_set1_epi16(static_cast<int16_t>(static_cast<uint16_t>(mean)));
+    b = blockSteps(len, k, [&](size_t g, __m128i* q) {
+      for (size_t h = 0; h < 2; ++h) {
+        const __m128i raw = _mm_loadu_si128(reinterpret_cast<const __m128i*>(c + 2 * (g + 8 * h)));
+        const __m128i v = _mm_or_si128(_mm_slli_epi16(raw, 8), _mm_srli_epi16(raw, 8));
+        const __m128i d = _mm_or_si128(_mm_subs_epu16(v, m), _mm_subs_epu16(m, v));
+        const __m128i lo = _mm_mullo_epi16(d, d), hi = _mm_mulhi_epu16(d, d);
+        q[2 * h] = _mm_unpacklo_epi16(lo, hi);
+        q[2 * h + 1] = _mm_unpackhi_epi16(lo, hi);
+      }
+    });
+#else
+    b = blockSteps(len, k, [&](size_t j) {
+      const uint32_t d = static_cast<uint32_t>(code16(c, j) - mean);
+      return d * d;
+    });
+#endif
     return true;
   }
 };
-
-template <typename Code>
-void squaresOf(size_t count, int32_t mean, Code&& code, uint32_t* out) {
-  for (size_t i = 0; i < count; ++i) {
-    const uint32_t d = static_cast<uint32_t>(code(i) - mean);
-    out[i] = d * d;  // (-d) x (-d) modulo 2^32 is d x d
-  }
-}
 
 // count squares; blocks may read on to a whole number of blocks.
 template <typename Squares>
@@ -479,12 +501,14 @@ void SigCalc::CalcAC(std::string_view samples, bool IsHiRes, float FullScaleVolt
   const uint8_t* p = bytesOf(samples);
   float sum;
   if (IsHiRes) {
-    const size_t count = samples.size() / 2;
-    squares_.resize((count + kBlock - 1) / kBlock * kBlock);
-    std::fill(squares_.begin() + static_cast<ptrdiff_t>(count), squares_.end(), 0);
-    squaresOf(
-        count, mean, [p](size_t i) { return code16(p, i); }, squares_.data());
-    sum = sumOfSquares(WordSquares{squares_.data()}, count);
+    const size_t count = samples.size() / 2, tailStart = count / kBlock * kBlock;
+    std::array<uint8_t, 2 * kBlock> tail;
+    for (size_t j = 0; j < kBlock; ++j) {
+      tail[2 * j] = static_cast<uint8_t>(mean >> 8);
+      tail[2 * j + 1] = static_cast<uint8_t>(mean);
+    }
+    std::copy(p + 2 * tailStart, p + 2 * count, tail.begin());
+    sum = sumOfSquares(WordSquares{p, count, mean, tail.data(), tailStart}, count);
   } else {
     const size_t count = samples.size(), tailStart = count / kBlock * kBlock;
     std::array<uint8_t, kBlock> tail;
@@ -575,9 +599,11 @@ void SigCalc::FindRails(bool IsHiRes, int n) {
     // from - reach + k - 1. The counts of a record fit 32 bits many times over (12 x every count).
     const int base = from - reach;
     const int span = to - from + 1 + 2 * reach;
+    // The running total in a register: the histogram and the sums are members both, and the compiler
+    // would read each sum back from memory for the next.
+    int32_t running = 0;
     sums_[0] = 0;
-    for (int k = 0; k < span; ++k)
-      sums_[static_cast<size_t>(k + 1)] = sums_[static_cast<size_t>(k)] + h[base + k];
+    for (int k = 0; k < span; ++k) sums_[static_cast<size_t>(k + 1)] = running += h[base + k];
     const int32_t* P = sums_.data() - base;  // P[b] = counts of bins base to b - 1
     int32_t* out = scores_.data();
     if (IsHiRes) {
