@@ -12,16 +12,6 @@
 
 namespace zorvik {
 
-namespace {
-
-// A slot of an edge list, the list grown to hold it.
-int32_t& slot(std::vector<int32_t>& list, int32_t index) {
-  if (static_cast<size_t>(index) >= list.size()) list.resize(static_cast<size_t>(index) + 1, 0);
-  return list[static_cast<size_t>(index)];
-}
-
-}  // namespace
-
 // The walk of the record as a sequence of values V, step t reading A = V[t - 1] and B = V[t] with the
 // 1-based index i of the character it stands on:
 //   peak pairs: V the sums of the pairs, t from 2, i = 2t - 1;
@@ -228,6 +218,8 @@ void SigTiming::FindEdges(std::string_view samples, const RecordShape& shape, bo
   const bool bytes = !shape.IsPeak && !shape.IsHiRes;
   // A mode 0x200 peak record never completes a fall: its falls show "No falls", as they always have.
   const bool fallsCount = bytes || !shape.OneCharSample;
+  // The start of the edge under way, in tenths of a sample; 0 is none.
+  int32_t riseStart = 0, fallStart = 0;
   walkCrossing(samples, shape, false, {Lo, Hi}, [&](size_t i, int32_t A, int32_t B) {
     const int32_t i10 = static_cast<int32_t>(i) * 10;
     auto rising = [&](int32_t level) {
@@ -238,15 +230,20 @@ void SigTiming::FindEdges(std::string_view samples, const RecordShape& shape, bo
       if (bytes) return i10 + ((A - level) * 10) / (A - B);
       return shape.IsPeak && shape.OneCharSample ? i10 : i10 / 2;
     };
-    if (A < Lo && B >= Lo) slot(RiseStarts, RiseCount) = rising(Lo);
-    if (A < Hi && B >= Hi && slot(RiseStarts, RiseCount) > 0) {
-      slot(RiseEnds, RiseCount) = rising(Hi);
+    if (A < Lo && B >= Lo) riseStart = rising(Lo);
+    if (A < Hi && B >= Hi && riseStart > 0) {
+      RiseStarts.push_back(riseStart);
+      RiseEnds.push_back(rising(Hi));
       ++RiseCount;
+      riseStart = 0;
     }
-    if (A > Hi && B <= Hi) slot(FallStarts, FallCount) = falling(Hi);
-    if (A > Lo && B <= Lo && slot(FallStarts, FallCount) > 0) {
-      slot(FallEnds, FallCount) = falling(Lo);
-      if (fallsCount) ++FallCount;
+    if (A > Hi && B <= Hi) fallStart = falling(Hi);
+    // A fall that does not count leaves its start standing for the next.
+    if (A > Lo && B <= Lo && fallStart > 0 && fallsCount) {
+      FallStarts.push_back(fallStart);
+      FallEnds.push_back(falling(Lo));
+      ++FallCount;
+      fallStart = 0;
     }
   });
 }
