@@ -616,16 +616,34 @@ void SigCalc::FindRails(bool IsHiRes, int n) {
                  (P[b + 5] - P[b - 4]) + (P[b + 6] - P[b - 5]);
     }
   }
+  // The highest score of each block of 64 bins from `from` on, so that a search reads whole blocks at once.
+  const int32_t* score = scores_.data();
+  for (int b0 = from; b0 <= to; b0 += kRailBlock) {
+    const int b1 = std::min(to, b0 + kRailBlock - 1);
+    int32_t highest = score[b0];
+    for (int b = b0 + 1; b <= b1; ++b) highest = std::max(highest, score[b]);
+    blockHighest_[static_cast<size_t>((b0 - from) / kRailBlock)] = highest;
+  }
   // The first bin of the highest score, where it beats top: as a strict comparison bin by bin finds it.
   auto best = [&](int lo, int hi, int& bin, int64_t& top) {
     lo = std::max(lo, from);
     hi = std::min(hi, to);
     if (lo > hi) return;
-    int32_t highest = scores_[static_cast<size_t>(lo)];
-    for (int b = lo + 1; b <= hi; ++b) highest = std::max(highest, scores_[static_cast<size_t>(b)]);
-    if (highest <= top) return;
+    // The bins up to the first whole block, the whole blocks, then the bins after them.
+    const int whole = from + (lo - from + kRailBlock - 1) / kRailBlock * kRailBlock;
+    auto block = [&](int b) { return blockHighest_[static_cast<size_t>((b - from) / kRailBlock)]; };
+    int32_t highest = score[lo];
     int b = lo;
-    while (scores_[static_cast<size_t>(b)] != highest) ++b;
+    for (; b <= hi && b < whole; ++b) highest = std::max(highest, score[b]);
+    for (; b + kRailBlock - 1 <= hi; b += kRailBlock) highest = std::max(highest, block(b));
+    for (; b <= hi; ++b) highest = std::max(highest, score[b]);
+    if (highest <= top) return;
+    b = lo;
+    while (b < whole && score[b] != highest) ++b;
+    if (b == whole) {
+      while (b + kRailBlock - 1 <= hi && block(b) != highest) b += kRailBlock;
+      while (score[b] != highest) ++b;
+    }
     top = highest;
     bin = b;
   };

@@ -71,6 +71,8 @@ class SigCalc {
   // FindRails' running sums and the scores of the bins it weighs.
   std::array<int32_t, 4127 + 1> sums_{};
   std::array<int32_t, 4096> scores_{};
+  static constexpr int kRailBlock = 64;
+  std::array<int32_t, 4096 / kRailBlock> blockHighest_{};
 };
 
 }  // namespace zorvik

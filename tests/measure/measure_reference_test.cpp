@@ -266,3 +266,72 @@ TEST(MeasureReference, AByteRecordOfMillionsOfCodesSumsOnWhereTheFloatsAre2To16A
   EXPECT_EQ(bits(calc.ACVolts), bits(old.ACVolts));
   EXPECT_EQ(bits(calc.LevelDBV), bits(old.LevelDBV));
 }
+
+TEST(MeasureReference, RailsAndEdgesOfRandomPulseTrainsInEveryFormat) {
+  // Two levels anywhere, the rails included, with ramps between them and noise: the rails can land in
+  // any part of the histogram, and the edge levels at or next to the codes the signal rests on.
+  std::mt19937 rng(5151);
+  SigCalc calc;
+  SigTiming timing;
+  reference::SigCalc oldCalc;
+  reference::SigTiming oldTiming;
+  std::uniform_real_distribution<double> unit(0, 1);
+  for (int round = 0; round < 120; ++round) {
+    const Format format = static_cast<Format>(round % 4);
+    const bool hiRes = format == Format::HiRes,
+               peak = format == Format::PeakOneChar || format == Format::PeakPairs;
+    const int top = hiRes ? 65535 : 255;
+    auto level = [&] {
+      return unit(rng) < 0.2 ? (unit(rng) < 0.5 ? 0 : top) : static_cast<int>(unit(rng) * top);
+    };
+    const int low = level(), high = level();
+    const int period = 20 + static_cast<int>(rng() % 400), ramp = static_cast<int>(rng() % 12);
+    const double noise = unit(rng) < 0.5 ? 0 : unit(rng) * top * 0.01;
+    std::normal_distribution<double> gauss(0, 1);
+    const size_t samples = 200 + rng() % 9000;
+    auto wave = [&](size_t i) {
+      const int t = static_cast<int>(i % static_cast<size_t>(period)), half = period / 2;
+      const double rise = ramp ? std::min(1.0, static_cast<double>(t) / ramp) : 1.0;
+      const double fall = ramp ? std::min(1.0, static_cast<double>(t - half) / ramp) : 1.0;
+      const double v = t < half ? low + (high - low) * rise : high + (low - high) * fall;
+      return static_cast<int>(std::lround(std::clamp(v + noise * gauss(rng), 0.0, static_cast<double>(top))));
+    };
+    std::string s;
+    if (!peak) {
+      s = codes(hiRes, samples, wave);
+    } else {
+      for (size_t i = 0; i < samples; ++i) {
+        const int a = wave(i), b = std::clamp(a + static_cast<int>(rng() % 5) - 2, 0, 255);
+        s += {static_cast<char>(std::min(a, b)), static_cast<char>(std::max(a, b))};
+      }
+    }
+    const int n = static_cast<int>(samples);
+    const std::string where = "pulses " + std::to_string(round);
+    calc.CalcDCAndPeaks(s, hiRes, 1.6f, 0);
+    oldCalc.CalcDC(s, hiRes, 1.6f, 0);
+    oldCalc.CalcPeaks(s, hiRes, 1.6f, 0);
+    calc.CalcAC(s, hiRes, 1.6f);
+    oldCalc.CalcAC(s, hiRes, 1.6f);
+    calc.BuildLevelHistogram(s, hiRes, peak);
+    oldCalc.BuildLevelHistogram(s, hiRes, peak);
+    calc.FindRails(hiRes, n);
+    oldCalc.FindRails(hiRes, n);
+    expectSameCalc(calc, oldCalc, where);
+    const RecordShape shape{hiRes, peak, format == Format::PeakOneChar};
+    const reference::RecordShape oldShape{hiRes, peak, format == Format::PeakOneChar};
+    for (int levelMode = 0; levelMode < 4; ++levelMode) {
+      const bool level2080 = levelMode % 2 != 0;
+      const int trigger =
+          static_cast<int>(rng() % 320) - 30;  // past either end at times: a level never crossed
+      timing.FindCrossings(s, shape, levelMode, trigger, calc);
+      oldTiming.FindCrossings(s, oldShape, levelMode, trigger, oldCalc);
+      timing.CalcPeriod(level2080, 1e-6f);
+      oldTiming.CalcPeriod(level2080, 1e-6f);
+      timing.CalcPulseWidth(level2080, 1e-6f);
+      oldTiming.CalcPulseWidth(level2080, 1e-6f);
+      timing.FindEdges(s, shape, level2080, calc);
+      oldTiming.FindEdges(s, oldShape, level2080, oldCalc);
+      expectSameTiming(timing, oldTiming, 1e-6f, where + " level " + std::to_string(levelMode));
+    }
+  }
+}
