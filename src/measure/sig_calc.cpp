@@ -242,8 +242,12 @@ struct WordSquares {
     return i + len <= n ? p + 2 * i : tail + 2 * (i - tailStart);
   }
   int64_t total(size_t i, size_t len) const {
+    const uint8_t* c = codes(i, len);
     uint64_t sum = 0;
-    for (size_t j = 0; j < len; ++j) sum += at(i + j);
+    for (size_t j = 0; j < len; ++j) {
+      const uint32_t d = static_cast<uint32_t>(code16(c, j) - mean);
+      sum += d * d;
+    }
     return static_cast<int64_t>(sum);
   }
   // Sixteen steps of up to 2^(32 - k) each fit a 32-bit lane from k = 4 on.

@@ -238,6 +238,15 @@ TEST(MeasureReference, TheACSumRoundsAsTheFloatSumInEveryBinadeAndAtEveryTie) {
     expectSameAC(calc, old, codes(true, 50000, [&](size_t) { return code(rng); }), true,
                  "hi-res spread " + std::to_string(spread));
   }
+  // Quiet records of every length up to a few blocks: sums that never round, ending in a short block.
+  for (size_t samples = 1; samples < 200; ++samples) {
+    std::uniform_int_distribution<int> near(-3, 3);
+    for (bool hiRes : {false, true}) {
+      const int mid = hiRes ? 32768 : 128;
+      expectSameAC(calc, old, codes(hiRes, samples, [&](size_t) { return mid + near(rng); }), hiRes,
+                   "quiet, " + std::to_string(samples) + (hiRes ? " hi-res" : " bytes"));
+    }
+  }
   // Random lengths about the block size, so that the last block is short; codes near both rails and a
   // mean left by a record of the other width.
   std::uniform_int_distribution<int> length(1, 700), byte(0, 255), word(0, 65535);
