@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <cstdint>
 
 #if defined(__SSE2__)
@@ -40,82 +41,283 @@ float addFixedPoint(float sum, int64_t square) {
 // number below 2^38, sum x 10000 is exact in a double, so are the new fixed point and its quotient by
 // 10000, and addFixedPoint returns sum + square rounded once to a float: again a whole number. From 0
 // the sum thus stays a whole number S, each step S <- float(S + square). Up to 2^24 no step rounds.
-// Above, with floats 2^k apart, a step adds square / 2^k rounded to the nearest; only a square exactly
-// halfway (a tie, to the even neighbour) depends on the sum, so a block without ties that stays below
-// the next power of two is one sum of whole numbers.
 constexpr int64_t kNoRounding = int64_t{1} << 24;
-constexpr int64_t kExactBelow = int64_t{1} << 38;
 // From 2^38 on the fixed point outgrows a double's 53 bits, but its rounding moves the quotient by less
-// than 0.2 while the floats are 2^15 apart: only a tie can come out differently, and ties go the long way.
-// Below 2^49 the fixed point stays inside 64 bits.
+// than 0.2 while the floats are 2^15 apart, so only a sum exactly halfway between two floats (a tie)
+// could round the other way. A tie has few significant bits: odd x 2^(k-1) with the odd part below 2^25,
+// and its fixed point odd x 625 x 2^(k+3) has at most 35, which a double holds exactly; so a tie, too,
+// rounds to even as the float does. Below 2^49 the fixed point stays inside 64 bits.
 constexpr int64_t kWholeBelow = int64_t{1} << 49;
-constexpr size_t kBlock = 16;
+constexpr size_t kBlock = 64, kQuarter = 16;
 
-int64_t roundedStep(int64_t sum, int64_t square) {
-  if (sum >= kExactBelow) return static_cast<int64_t>(addFixedPoint(static_cast<float>(sum), square));
-  return static_cast<int64_t>(static_cast<float>(static_cast<double>(sum) + static_cast<double>(square)));
+// One step on whole numbers: S + square rounded to 24 significant bits, ties to even.
+inline int64_t exactStep(int64_t sum, uint32_t square) {
+  const int64_t total = sum + square;
+  if (total <= kNoRounding) return total;
+  const int k = 63 - __builtin_clzll(static_cast<uint64_t>(total)) - 23;
+  const int64_t unit = int64_t{1} << k, half = unit / 2, rest = total & (unit - 1);
+  const int64_t down = total - rest;
+  return rest > half || (rest == half && ((down >> k) & 1)) ? down + unit : down;
 }
 
-// The squares first, side by side (a square of 16-bit codes fits 32 bits unsigned), then the sum.
-template <typename Code>
-void squaresOf(size_t count, int32_t mean, Code&& code, uint32_t* out) {
-  for (size_t i = 0; i < count; ++i) {
-    const uint32_t d = static_cast<uint32_t>(code(i) - mean);
-    out[i] = d * d;  // (-d) x (-d) modulo 2^32 is d x d
+// Within one binade, with floats 2^k apart and s = S / 2^k, a square q adds a = q / 2^k rounded to the
+// nearest; only a tie (a remainder of exactly half a unit) depends on s: it rounds s + a to even, adding
+// 1 when s + a is odd and leaving s even. A block of 64 squares is therefore told by a (the sum of the
+// a rounded down at ties), the bit of each a that is odd, and the bit of each tie.
+struct BlockSteps {
+  int64_t steps = 0;
+  uint64_t odd = 0, ties = 0;
+};
+
+// The squares of a block side by side, four to a vector, sixteen a round from squaresAt(g, q); every
+// square / 2^k must be below 2^28, so that a 32-bit lane adds sixteen of them.
+template <typename SquaresAt>
+BlockSteps blockSteps(size_t len, int k, SquaresAt&& squaresAt) {
+  BlockSteps b;
+  const uint32_t unit = uint32_t{1} << k, half = unit / 2;
+#if defined(__SSE2__)
+  const __m128i mask = _mm_set1_epi32(static_cast<int32_t>(unit - 1));
+  const __m128i halfv = _mm_set1_epi32(static_cast<int32_t>(half));
+  const __m128i shift = _mm_cvtsi32_si128(k);
+  __m128i whole = _mm_setzero_si128(), up = _mm_setzero_si128();
+  for (size_t g = 0; g < len; g += 16) {
+    __m128i q[4], odd[4], tie[4];
+    squaresAt(g, q);
+    for (size_t v = 0; v < 4; ++v) {
+      const __m128i rest = _mm_and_si128(q[v], mask);  // below 2^25: compared as signed
+      const __m128i above = _mm_cmpgt_epi32(rest, halfv);
+      const __m128i steps = _mm_srl_epi32(q[v], shift);
+      whole = _mm_add_epi32(whole, steps);
+      up = _mm_sub_epi32(up, above);
+      odd[v] = _mm_slli_epi32(_mm_xor_si128(steps, above), 31);  // the low bit of steps + (rest > half)
+      tie[v] = _mm_cmpeq_epi32(rest, halfv);
+    }
+    // Sign bits packed down to bytes keep their order.
+    const __m128i o = _mm_packs_epi16(_mm_packs_epi32(odd[0], odd[1]), _mm_packs_epi32(odd[2], odd[3]));
+    const __m128i t = _mm_packs_epi16(_mm_packs_epi32(tie[0], tie[1]), _mm_packs_epi32(tie[2], tie[3]));
+    b.odd |= static_cast<uint64_t>(static_cast<uint32_t>(_mm_movemask_epi8(o))) << g;
+    b.ties |= static_cast<uint64_t>(static_cast<uint32_t>(_mm_movemask_epi8(t))) << g;
   }
+  alignas(16) uint32_t w[4], u[4];
+  _mm_store_si128(reinterpret_cast<__m128i*>(w), whole);
+  _mm_store_si128(reinterpret_cast<__m128i*>(u), up);
+  for (int l = 0; l < 4; ++l) b.steps += int64_t{w[l]} + u[l];
+#else
+  for (size_t j = 0; j < len; ++j) {
+    const uint32_t sq = squaresAt(j), rest = sq & (unit - 1);
+    const uint32_t a = (sq >> k) + (rest > half);
+    b.steps += a;
+    b.odd |= uint64_t{a & 1} << j;
+    b.ties |= uint64_t{rest == half} << j;
+  }
+#endif
+  return b;
 }
 
-float sumOfSquares(const uint32_t* squares, size_t count) {
+// The 1s the ties of a block add, s starting with parity startOdd. The parity of s + a at a tie is the
+// XOR of the odd bits since the tie before it (which left s even), or since the start and startOdd.
+int tieCarries(uint64_t odd, uint64_t ties, bool startOdd) {
+  uint64_t prefix = odd;  // bit j: XOR of the odd bits 0 to j
+  for (int s = 1; s < 64; s *= 2) prefix ^= prefix << s;
+  // last: bit j holds the prefix at the latest tie at or before j, or startOdd before the first tie.
+  uint64_t last = prefix & ties, known = ties;
+  for (int s = 1; s < 64; s *= 2) {
+    last |= (last << s) & ~known;
+    known |= known << s;
+  }
+  if (startOdd) last |= ~known;
+  const uint64_t before = (last << 1) | uint64_t{startOdd};
+  return __builtin_popcountll((prefix ^ before) & ties);
+}
+
+// The squares of a byte record, block by block from the codes: a distance of up to 255 squares below
+// 2^16, so eight squares go to a vector. A block that runs past the record reads `tail`: its last codes,
+// then the mean, whose square is 0 and changes nothing.
+struct ByteSquares {
+  const uint8_t* p;
+  size_t n;
+  int32_t mean;         // a code: 0 to 255
+  const uint8_t* tail;  // the codes from tailStart on, padded to a block
+  size_t tailStart;
+
+  uint32_t at(size_t i) const {
+    const int32_t d = p[i] - mean;
+    return static_cast<uint32_t>(d * d);
+  }
+  const uint8_t* codes(size_t i, size_t len) const { return i + len <= n ? p + i : tail + (i - tailStart); }
+  // len: a multiple of 16.
+  int64_t total(size_t i, size_t len) const {
+    const uint8_t* c = codes(i, len);
+    int64_t sum = 0;
+#if defined(__SSE2__)
+    const __m128i zero = _mm_setzero_si128(), m = _mm_set1_epi16(static_cast<int16_t>(mean));
+    __m128i acc = _mm_setzero_si128();  // pairs of squares, at most 2 x 16 x 130050 a lane
+    for (size_t g = 0; g < len; g += 16) {
+      const __m128i x = _mm_loadu_si128(reinterpret_cast<const __m128i*>(c + g));
+      const __m128i lo = _mm_sub_epi16(_mm_unpacklo_epi8(x, zero), m);
+      const __m128i hi = _mm_sub_epi16(_mm_unpackhi_epi8(x, zero), m);
+      acc = _mm_add_epi32(acc, _mm_add_epi32(_mm_madd_epi16(lo, lo), _mm_madd_epi16(hi, hi)));
+      if ((g / 16) % 16 == 15) {
+        alignas(16) int32_t parts[4];
+        _mm_store_si128(reinterpret_cast<__m128i*>(parts), acc);
+        sum += int64_t{parts[0]} + parts[1] + parts[2] + parts[3];
+        acc = _mm_setzero_si128();
+      }
+    }
+    alignas(16) int32_t parts[4];
+    _mm_store_si128(reinterpret_cast<__m128i*>(parts), acc);
+    sum += int64_t{parts[0]} + parts[1] + parts[2] + parts[3];
+#else
+    for (size_t j = 0; j < len; ++j) sum += (c[j] - mean) * (c[j] - mean);
+#endif
+    return sum;
+  }
+  // On 16-bit lanes, for floats up to 2^15 apart; farther apart (a record of millions of codes) the steps
+  // go one by one.
+  bool steps(size_t i, size_t len, int k, BlockSteps& b) const {
+    if (k > 15) return false;
+    const uint8_t* c = codes(i, len);
+    const int32_t unit = int32_t{1} << k, half = unit / 2;
+#if defined(__SSE2__)
+    const __m128i zero = _mm_setzero_si128(), m = _mm_set1_epi16(static_cast<int16_t>(mean));
+    const __m128i mask = _mm_set1_epi16(static_cast<int16_t>(unit - 1));
+    const __m128i halfv = _mm_set1_epi16(static_cast<int16_t>(half)), ones = _mm_set1_epi16(1);
+    const __m128i shift = _mm_cvtsi32_si128(k);
+    __m128i whole = _mm_setzero_si128(), up = _mm_setzero_si128();
+    for (size_t g = 0; g < len; g += 16) {
+      const __m128i x = _mm_loadu_si128(reinterpret_cast<const __m128i*>(c + g));
+      __m128i odd[2], tie[2];
+      for (int h = 0; h < 2; ++h) {
+        const __m128i d = _mm_sub_epi16(h ? _mm_unpackhi_epi8(x, zero) : _mm_unpacklo_epi8(x, zero), m);
+        const __m128i q = _mm_mullo_epi16(d, d);      // below 2^16 unsigned
+        const __m128i rest = _mm_and_si128(q, mask);  // below 2^15: compared as signed
+        const __m128i above = _mm_cmpgt_epi16(rest, halfv);
+        const __m128i steps = _mm_srl_epi16(q, shift);  // below 2^15
+        whole = _mm_add_epi32(whole, _mm_madd_epi16(steps, ones));
+        up = _mm_sub_epi16(up, above);  // at most 8 a lane
+        odd[h] = _mm_slli_epi16(_mm_xor_si128(steps, above), 15);
+        tie[h] = _mm_cmpeq_epi16(rest, halfv);
+      }
+      b.odd |=
+          static_cast<uint64_t>(static_cast<uint32_t>(_mm_movemask_epi8(_mm_packs_epi16(odd[0], odd[1]))))
+          << g;
+      b.ties |=
+          static_cast<uint64_t>(static_cast<uint32_t>(_mm_movemask_epi8(_mm_packs_epi16(tie[0], tie[1]))))
+          << g;
+    }
+    alignas(16) int32_t w[4];
+    alignas(16) int16_t u[8];
+    _mm_store_si128(reinterpret_cast<__m128i*>(w), whole);
+    _mm_store_si128(reinterpret_cast<__m128i*>(u), up);
+    b.steps = int64_t{w[0]} + w[1] + w[2] + w[3];
+    for (int l = 0; l < 8; ++l) b.steps += u[l];
+#else
+    for (size_t j = 0; j < len; ++j) {
+      const int32_t q = (c[j] - mean) * (c[j] - mean), rest = q & (unit - 1);
+      const int32_t a = (q >> k) + (rest > half);
+      b.steps += a;
+      b.odd |= uint64_t(a & 1) << j;
+      b.ties |= uint64_t{rest == half} << j;
+    }
+#endif
+    return true;
+  }
+};
+
+// The squares of a hi-res record, block by block from the codes: distances below 2^16 taken both ways
+// with saturating subtractions, their squares (below 2^32) from the low and high halves of the products.
+// A block past the record's end reads `tail` as ByteSquares does.
+struct WordSquares {
+  const uint8_t* p;
+  size_t n;
+  int32_t mean;         // a code: 0 to 65535
+  const uint8_t* tail;  // the codes from tailStart on, padded to a block, high byte first
+  size_t tailStart;
+
+  uint32_t at(size_t i) const {
+    const uint32_t d = static_cast<uint32_t>(code16(p, i) - mean);
+    return d * d;  // (-d) x (-d) modulo 2^32 is d x d
+  }
+  const uint8_t* codes(size_t i, size_t len) const {
+    return i + len <= n ? p + 2 * i : tail + 2 * (i - tailStart);
+  }
+  int64_t total(size_t i, size_t len) const {
+    const uint8_t* c = codes(i, len);
+    uint64_t sum = 0;
+    for (size_t j = 0; j < len; ++j) {
+      const uint32_t d = static_cast<uint32_t>(code16(c, j) - mean);
+      sum += d * d;
+    }
+    return static_cast<int64_t>(sum);
+  }
+  // Sixteen steps of up to 2^(32 - k) each fit a 32-bit lane from k = 4 on.
+  bool steps(size_t i, size_t len, int k, BlockSteps& b) const {
+    if (k < 4) return false;
+    const uint8_t* c = codes(i, len);
+#if defined(__SSE2__)
+    const __m128i m = _mm_set1_epi16(static_cast<int16_t>(static_cast<uint16_t>(mean)));
+    b = blockSteps(len, k, [&](size_t g, __m128i* q) {
+      for (size_t h = 0; h < 2; ++h) {
+        const __m128i raw = _mm_loadu_si128(reinterpret_cast<const __m128i*>(c + 2 * (g + 8 * h)));
+        const __m128i v = _mm_or_si128(_mm_slli_epi16(raw, 8), _mm_srli_epi16(raw, 8));
+        const __m128i d = _mm_or_si128(_mm_subs_epu16(v, m), _mm_subs_epu16(m, v));
+        const __m128i lo = _mm_mullo_epi16(d, d), hi = _mm_mulhi_epu16(d, d);
+        q[2 * h] = _mm_unpacklo_epi16(lo, hi);
+        q[2 * h + 1] = _mm_unpackhi_epi16(lo, hi);
+      }
+    });
+#else
+    b = blockSteps(len, k, [&](size_t j) {
+      const uint32_t d = static_cast<uint32_t>(code16(c, j) - mean);
+      return d * d;
+    });
+#endif
+    return true;
+  }
+};
+
+// count squares; blocks may read on to a whole number of blocks.
+template <typename Squares>
+float sumOfSquares(const Squares& squares, size_t count) {
   int64_t sum = 0;
   size_t i = 0;
   // Long stretches below 2^24 in one sum of whole numbers each.
   constexpr size_t kStretch = 256;
   while (i + kStretch <= count) {
-    uint64_t total = 0;
-    for (size_t j = 0; j < kStretch; ++j) total += squares[i + j];
-    if (sum + static_cast<int64_t>(total) > kNoRounding) break;
-    sum += static_cast<int64_t>(total);
+    const int64_t total = squares.total(i, kStretch);
+    if (sum + total > kNoRounding) break;
+    sum += total;
     i += kStretch;
   }
-  for (; i < count && sum < kWholeBelow; i += kBlock) {
-    const size_t len = std::min(kBlock, count - i);
-    const uint32_t* sq = squares + i;
-    int64_t total = 0, largest = 0;
-    for (size_t j = 0; j < len; ++j) {
-      total += sq[j];
-      largest = std::max<int64_t>(largest, sq[j]);
-    }
-    if (sum + total <= kNoRounding) {
+  // The next len squares (64 or 16) at once, unless they pass 2^24 or a power of two on the way.
+  auto block = [&](size_t len) {
+    if (sum < kNoRounding) {
+      const int64_t total = squares.total(i, len);
+      if (sum + total > kNoRounding) return false;
       sum += total;
-      continue;
-    }
-    if (sum >= kNoRounding) {
+    } else {
       const int k = 63 - __builtin_clzll(static_cast<uint64_t>(sum)) - 23;  // floats 2^k apart here
-      const int64_t unit = int64_t{1} << k, half = unit / 2;
-      int64_t steps = 0;
-      bool tie = false;
-      for (size_t j = 0; j < len; ++j) {
-        const int64_t rest = sq[j] & (unit - 1);
-        steps += (int64_t{sq[j]} >> k) + (rest > half);
-        tie |= rest == half;
-      }
-      if (!tie && (sum >> k) + steps + 1 <= kNoRounding) {
-        sum += steps << k;
-        continue;
-      }
+      BlockSteps b;
+      if (!squares.steps(i, len, k, b)) return false;
+      const int64_t s = sum >> k;
+      if (s + b.steps + static_cast<int64_t>(len) >= kNoRounding) return false;  // a tie adds at most 1
+      sum = (s + b.steps + (b.ties ? tieCarries(b.odd, b.ties, s & 1) : 0)) << k;
     }
-    if (largest < kNoRounding && sum + total < kExactBelow) {
-      // Squares that are floats as they stand: each step is one float addition, rounded as above.
-      float f = static_cast<float>(sum);
-      for (size_t j = 0; j < len; ++j) f += static_cast<float>(sq[j]);
-      sum = static_cast<int64_t>(f);
-      continue;
+    i += len;
+    return true;
+  };
+  while (i < count && sum < kWholeBelow) {
+    if (block(kBlock)) continue;
+    // The quarter that passes a power of two step by step.
+    for (int quarter = 0; quarter < 4 && i < count && sum < kWholeBelow; ++quarter) {
+      if (block(kQuarter)) continue;
+      const size_t end = std::min(i + kQuarter, count);
+      for (; i < end && sum < kWholeBelow; ++i) sum = exactStep(sum, squares.at(i));
     }
-    for (size_t j = 0; j < len; ++j) sum = roundedStep(sum, sq[j]);
   }
   // Beyond 2^49 (a record longer than any packet) the steps as they are written.
   float rest = static_cast<float>(sum);
-  for (; i < count; ++i) rest = addFixedPoint(rest, squares[i]);
+  for (; i < count; ++i) rest = addFixedPoint(rest, squares.at(i));
   return rest;
 }
 
@@ -301,15 +503,23 @@ void SigCalc::CalcAC(std::string_view samples, bool IsHiRes, float FullScaleVolt
   const int32_t mean = IsHiRes ? MeanCode16 : MeanCode8;
   // The rounding of a 32-bit sum is part of the measurement.
   const uint8_t* p = bytesOf(samples);
-  const size_t count = IsHiRes ? samples.size() / 2 : samples.size();
-  squares_.resize(count);
-  if (IsHiRes)
-    squaresOf(
-        count, mean, [p](size_t i) { return code16(p, i); }, squares_.data());
-  else
-    squaresOf(
-        count, mean, [p](size_t i) { return int32_t{p[i]}; }, squares_.data());
-  const float sum = sumOfSquares(squares_.data(), count);
+  float sum;
+  if (IsHiRes) {
+    const size_t count = samples.size() / 2, tailStart = count / kBlock * kBlock;
+    std::array<uint8_t, 2 * kBlock> tail;
+    for (size_t j = 0; j < kBlock; ++j) {
+      tail[2 * j] = static_cast<uint8_t>(mean >> 8);
+      tail[2 * j + 1] = static_cast<uint8_t>(mean);
+    }
+    std::copy(p + 2 * tailStart, p + 2 * count, tail.begin());
+    sum = sumOfSquares(WordSquares{p, count, mean, tail.data(), tailStart}, count);
+  } else {
+    const size_t count = samples.size(), tailStart = count / kBlock * kBlock;
+    std::array<uint8_t, kBlock> tail;
+    tail.fill(static_cast<uint8_t>(mean));
+    std::copy(p + tailStart, p + count, tail.begin());
+    sum = sumOfSquares(ByteSquares{p, count, mean, tail.data(), tailStart}, count);
+  }
   const float chars = static_cast<float>(samples.size());
   if (!IsHiRes)
     ACVolts = std::sqrt(sum / chars) * FullScaleVolts / 256;
@@ -357,7 +567,18 @@ void SigCalc::BuildLevelHistogram(std::string_view samples, bool IsHiRes, bool I
     occupied8_ = {lo, hi};
   } else {
     int32_t* h = LevelHistogram12.data() + kGuard;
-    for (size_t i = 0; i + 1 < n; i += 2) ++h[p[i] * 16 + p[i + 1] / 16];
+    size_t i = 0;
+#if defined(__SSE2__)
+    // The bins of eight samples side by side: a sample's 16-bit code shifted down by 4.
+    for (; i + 16 <= n; i += 16) {
+      const __m128i raw = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p + i));
+      const __m128i code = _mm_or_si128(_mm_slli_epi16(raw, 8), _mm_srli_epi16(raw, 8));
+      alignas(16) uint16_t bins[8];
+      _mm_store_si128(reinterpret_cast<__m128i*>(bins), _mm_srli_epi16(code, 4));
+      for (uint16_t b : bins) ++h[b];
+    }
+#endif
+    for (; i + 1 < n; i += 2) ++h[p[i] * 16 + p[i + 1] / 16];
     int lo = 0, hi = 4095;
     while (lo < 4096 && h[lo] == 0) ++lo;
     while (hi >= lo && h[hi] == 0) --hi;
@@ -393,9 +614,11 @@ void SigCalc::FindRails(bool IsHiRes, int n) {
     // from - reach + k - 1. The counts of a record fit 32 bits many times over (12 x every count).
     const int base = from - reach;
     const int span = to - from + 1 + 2 * reach;
+    // The running total in a register: the histogram and the sums are members both, and the compiler
+    // would read each sum back from memory for the next.
+    int32_t running = 0;
     sums_[0] = 0;
-    for (int k = 0; k < span; ++k)
-      sums_[static_cast<size_t>(k + 1)] = sums_[static_cast<size_t>(k)] + h[base + k];
+    for (int k = 0; k < span; ++k) sums_[static_cast<size_t>(k + 1)] = running += h[base + k];
     const int32_t* P = sums_.data() - base;  // P[b] = counts of bins base to b - 1
     int32_t* out = scores_.data();
     if (IsHiRes) {
@@ -408,16 +631,34 @@ void SigCalc::FindRails(bool IsHiRes, int n) {
                  (P[b + 5] - P[b - 4]) + (P[b + 6] - P[b - 5]);
     }
   }
+  // The highest score of each block of 64 bins from `from` on, so that a search reads whole blocks at once.
+  const int32_t* score = scores_.data();
+  for (int b0 = from; b0 <= to; b0 += kRailBlock) {
+    const int b1 = std::min(to, b0 + kRailBlock - 1);
+    int32_t highest = score[b0];
+    for (int b = b0 + 1; b <= b1; ++b) highest = std::max(highest, score[b]);
+    blockHighest_[static_cast<size_t>((b0 - from) / kRailBlock)] = highest;
+  }
   // The first bin of the highest score, where it beats top: as a strict comparison bin by bin finds it.
   auto best = [&](int lo, int hi, int& bin, int64_t& top) {
     lo = std::max(lo, from);
     hi = std::min(hi, to);
     if (lo > hi) return;
-    int32_t highest = scores_[static_cast<size_t>(lo)];
-    for (int b = lo + 1; b <= hi; ++b) highest = std::max(highest, scores_[static_cast<size_t>(b)]);
-    if (highest <= top) return;
+    // The bins up to the first whole block, the whole blocks, then the bins after them.
+    const int whole = from + (lo - from + kRailBlock - 1) / kRailBlock * kRailBlock;
+    auto block = [&](int b) { return blockHighest_[static_cast<size_t>((b - from) / kRailBlock)]; };
+    int32_t highest = score[lo];
     int b = lo;
-    while (scores_[static_cast<size_t>(b)] != highest) ++b;
+    for (; b <= hi && b < whole; ++b) highest = std::max(highest, score[b]);
+    for (; b + kRailBlock - 1 <= hi; b += kRailBlock) highest = std::max(highest, block(b));
+    for (; b <= hi; ++b) highest = std::max(highest, score[b]);
+    if (highest <= top) return;
+    b = lo;
+    while (b < whole && score[b] != highest) ++b;
+    if (b == whole) {
+      while (b + kRailBlock - 1 <= hi && block(b) != highest) b += kRailBlock;
+      while (score[b] != highest) ++b;
+    }
     top = highest;
     bin = b;
   };

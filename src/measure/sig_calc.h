@@ -2,7 +2,6 @@
 #include <array>
 #include <cstdint>
 #include <string_view>
-#include <vector>
 
 namespace zorvik {
 
@@ -68,11 +67,12 @@ class SigCalc {
   std::array<int32_t, kBins8 + 2 * kGuard> LevelHistogram8{};
   std::array<int32_t, 4127> LevelHistogram12{};  // -10 to 4116
   Occupied occupied8_, occupied12_;
-  size_t counted_ = 0;             // an upper bound of the counts in the histograms
-  std::vector<uint32_t> squares_;  // CalcAC's squares, kept between records
+  size_t counted_ = 0;  // an upper bound of the counts in the histograms
   // FindRails' running sums and the scores of the bins it weighs.
   std::array<int32_t, 4127 + 1> sums_{};
   std::array<int32_t, 4096> scores_{};
+  static constexpr int kRailBlock = 64;
+  std::array<int32_t, 4096 / kRailBlock> blockHighest_{};
 };
 
 }  // namespace zorvik

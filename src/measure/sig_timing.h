@@ -50,10 +50,10 @@ class SigTiming {
                     std::initializer_list<int32_t> levels, F&& f);
 
   std::vector<int32_t> RiseList, FallList;
-  std::vector<int32_t> RiseStarts, RiseEnds, FallStarts, FallEnds;  // tenths of a sample; 0 is unset
+  std::vector<int32_t> RiseStarts, RiseEnds, FallStarts,
+      FallEnds;  // the edges counted, in tenths of a sample
   int32_t level_ = 0;
-  // The walk's values and the steps that cross a level, kept between records.
-  std::vector<int32_t> values_;
+  // The steps that cross a level, kept between records.
   std::vector<uint64_t> flags_;
 };
 
