@@ -331,8 +331,7 @@ void AnalysisWindow::draw(const PlotFrame& frame) {
 void AnalysisWindow::acquired() {
   // The memory takes every acquisition; the picture is drawn at the screen's rate at most, from the
   // latest acquisition.
-  const bool due = view_.takesFrames() ? view_.acquire(frame()) : view_.acquire(PlotFrame{});
-  if (due) paced_->request();
+  if (view_.acquire(view_.takesFrames() ? frame() : PlotFrame{})) paced_->request();
   if (recorder_.recording()) {
     recorder_.recordFrame(static_cast<int>(sinceLast_.restart()));
   } else {

@@ -100,7 +100,8 @@ Interpolator::Place Interpolator::place(const SampleBuf& s, float p, int taps) {
   Place r;
   r.i = floorToInt64Saturating(p);
   const int64_t len = s.length();
-  if (static_cast<double>(p) == static_cast<double>(r.i) || r.i < 0 || r.i >= len) return r;
+  r.sample = static_cast<double>(p) == static_cast<double>(r.i);
+  if (r.sample || r.i < 0 || r.i >= len) return r;
   r.interpolated = true;
   r.n = static_cast<int>(std::clamp<int64_t>(std::min<int64_t>(taps, len), 1, kMaxTaps));
   r.first = std::max<int64_t>(r.i + 1 - r.n / 2, 0);
@@ -113,20 +114,15 @@ Interpolator::Place Interpolator::place(const SampleBuf& s, float p, int taps) {
 }
 
 int32_t Interpolator::at(Interpolation kind, const SampleBuf& s, float p, int taps, int column) {
-  const int64_t i = floorToInt64Saturating(p);
-  if (static_cast<double>(p) == static_cast<double>(i)) return s.at(i);
-  const int64_t len = s.length();
-  if (i < 0 || i >= len) return 0;
-  const int n = static_cast<int>(std::clamp<int64_t>(std::min<int64_t>(taps, len), 1, kMaxTaps));
-  int64_t first = std::max<int64_t>(i + 1 - n / 2, 0);
-  int64_t last = first + n - 1;
-  if (last > len - 1) {
-    last = len - 1;
-    first = last - n + 1;
-  }
+  const Place at = place(s, p, taps);
+  if (!at.interpolated) return at.sample ? s.at(at.i) : 0;
+  const int n = at.n;
+  const int64_t i = at.i, first = at.first, base = at.base;
+  const bool tabled = at.tabled;
+  // p - k for k = first + m is q - m, exact in double; the angle of term m is (i - first - m + f) x step:
+  // the table's multiple plus one angle a per point.
+  const double q = at.q, f = at.f;
   const int32_t* d = s.data() + first;
-  // p - k for k = first + m is q - m, exact in double.
-  const double q = static_cast<double>(p) - static_cast<double>(first);
   double* terms = terms_.data();
 
   if (kind == Interpolation::Lagrange) {
@@ -142,10 +138,6 @@ int32_t Interpolator::at(Interpolation kind, const SampleBuf& s, float p, int ta
     return finish(sumOf(terms, n));
   }
 
-  // The angle of term m is (i - first - m + f) x step: the table's multiple plus one angle a per point.
-  const double f = static_cast<double>(p) - static_cast<double>(i);
-  const int64_t base = kTable - (i - first);
-  const bool tabled = base >= 0 && base + n <= 2 * kTable + 1;
   if (kind == Interpolation::SinX && tabled) {
     const double* w = sinxWeights(f, i - first, n, q, base, column);
     // The terms made two at a time, then added in the window's order.

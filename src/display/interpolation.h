@@ -31,10 +31,10 @@ class Interpolator {
 
  private:
   void prepareLagrange(int taps);
-  // Where a point falls: between samples i and i + 1 (else it is a sample or outside the record), its
+  // Where a point falls: on sample i, or between samples i and i + 1 (else outside the record), with its
   // window of n from `first`, q = p - first, f = p - i, and the tables' start `base` (when in them).
   struct Place {
-    bool interpolated = false, tabled = false;
+    bool sample = false, interpolated = false, tabled = false;
     int64_t i = 0, first = 0, base = 0;
     int n = 0;
     double q = 0, f = 0;
